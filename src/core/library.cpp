@@ -1,0 +1,36 @@
+// Library-wide housekeeping entry points.
+#include "core/caches.hpp"
+#include "libdsp.h"
+
+namespace {
+
+// The caches are released in a fixed order, and a failing step stops the
+// ones after it. A family that has no cache yet leaves its slot empty.
+const dsp_core::ReleaseStep release_steps[] = {
+    nullptr,  // filtering scratch records
+    nullptr,  // resampler scratch record
+    nullptr,  // FFT bit-reversal tables
+    nullptr,  // transform scratch record and buffer beside the DCT
+    nullptr,  // DFT cached records
+    nullptr,  // filter destination helper's scratch records
+    nullptr,  // FFT twiddle tables
+    nullptr,  // window cache
+};
+
+}  // namespace
+
+extern "C" {
+
+int32_t dsp_lib_init(void) { return 0; }
+
+int32_t dsp_free_internal(void)
+{
+    for (dsp_core::ReleaseStep step : release_steps) {
+        if (step && step() < 0) return -1;
+    }
+    return 0;
+}
+
+int32_t dsp_version(void) { return 205; }
+
+}  // extern "C"
