@@ -17,10 +17,12 @@
 
 #include <stdint.h>
 
+#ifndef DSP_API
 #if defined(__GNUC__)
 #define DSP_API __attribute__((visibility("default")))
 #else
 #define DSP_API
+#endif
 #endif
 
 #ifdef __cplusplus
