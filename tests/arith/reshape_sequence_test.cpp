@@ -155,6 +155,16 @@ TEST(ReshapeSequence, LimitClipsToOrderedBounds)
     EXPECT_EQ(clipped, 0);
     ASSERT_EQ(dspi_limit(r.get(), 0, 0, 1, nullptr), 0);
     EXPECT_EQ(r.values(), (std::vector<double>{0, 0, 0, 1, 1, 0}));
+
+    // A NaN bound is not reordered: nothing exceeds a NaN upper bound, and
+    // everything fails a NaN lower bound.
+    Record open_top({-1, 3});
+    ASSERT_EQ(dspi_limit(open_top.get(), 0, 0, kNaN, &clipped), 0);
+    EXPECT_EQ(open_top.values(), (std::vector<double>{0, 3}));
+    EXPECT_EQ(clipped, 1);
+    Record nan_floor({2});
+    ASSERT_EQ(dspi_limit(nan_floor.get(), 0, kNaN, 5, &clipped), 0);
+    EXPECT_TRUE(std::isnan(nan_floor->data[0]));
 }
 
 // The full spectrum of length `full` whose first half is `half`:
