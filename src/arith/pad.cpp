@@ -42,25 +42,36 @@ Amplitude amplitude(int32_t mode, int32_t to, int32_t from, bool defined)
 
 int32_t nonnegative(int32_t v) { return v > 0 ? v : 0; }
 
-// Offset of the shorter block of `shorter` points centred in `longer` points:
-// the extra point of an odd difference goes in front when the longer count is
-// even and the shorter odd, so that a centred zero-frequency point stays at
-// index longer / 2.
-int32_t centre_offset(int32_t longer, int32_t shorter)
+// Where the shorter record's points sit in the longer one: a front part of
+// front_len points at front_at, and a back part, the last back_len points,
+// at the end.
+struct Layout {
+    std::size_t front_at;
+    std::size_t front_len;
+    std::size_t back_len;
+};
+
+Layout layout(int32_t placement, int32_t longer, int32_t shorter)
 {
-    int32_t s = (longer - shorter) / 2;
-    if (longer % 2 == 0 && shorter % 2 != 0) ++s;
-    return s;
+    const auto count = [](int32_t v) { return static_cast<std::size_t>(v); };
+    switch (placement) {
+    case kPlaceCenter: {
+        // The extra point of an odd difference goes in front when the longer
+        // count is even and the shorter odd: the offset is longer/2 -
+        // shorter/2, so a centred zero-frequency point stays centred.
+        int32_t at = (longer - shorter) / 2;
+        if (longer % 2 == 0 && shorter % 2 != 0) ++at;
+        return {count(at), count(shorter), 0};
+    }
+    case kPlaceEnd: return {count(longer - shorter), count(shorter), 0};
+    case kPlaceSplit: return {0, count((shorter + 1) / 2), count(shorter / 2)};
+    default: return {0, count(shorter), 0};
+    }
 }
 
-void scale_in_place(double *x, std::size_t count, const Amplitude &a)
-{
-    if (!a.scaling) return;
-    for (std::size_t k = 0; k < count; ++k) x[k] *= a.factor;
-}
-
-// Moves `count` doubles from `from` to the later position `to`, last first,
-// so that overlapping source values are read before they are overwritten.
+// Moves `count` doubles from `from` to the same or a later position `to`,
+// scaling them on the way, last first, so that overlapping source values are
+// read before they are overwritten.
 void move_back(double *x, std::size_t from, std::size_t to, std::size_t count, const Amplitude &a)
 {
     if (!a.scaling) {
@@ -70,7 +81,8 @@ void move_back(double *x, std::size_t from, std::size_t to, std::size_t count, c
     for (std::size_t k = count; k-- > 0;) x[to + k] = x[from + k] * a.factor;
 }
 
-// Moves `count` doubles from `from` to the earlier position `to`, first first.
+// Moves `count` doubles from `from` to the same or an earlier position `to`,
+// scaling them on the way, first first.
 void move_front(double *x, std::size_t from, std::size_t to, std::size_t count, const Amplitude &a)
 {
     if (!a.scaling) {
@@ -122,29 +134,15 @@ int32_t dspi_zpad2(dsp *s, int32_t n, int32_t flags)
 
     const Amplitude a = amplitude(mode, n, old, old > 0);
     const std::size_t w = s->complex ? 2 : 1;
-    const std::size_t total = w * static_cast<std::size_t>(n);
-    const std::size_t kept = w * static_cast<std::size_t>(old);
+    const Layout at = layout(placement, n, old);
+    const std::size_t front_end = w * (at.front_at + at.front_len);
+    const std::size_t back_start = w * (static_cast<std::size_t>(n) - at.back_len);
     double *x = s->data;
-
-    if (placement == kPlaceFront) {
-        scale_in_place(x, kept, a);
-        clear(x, kept, total);
-    } else if (placement == kPlaceCenter) {
-        const std::size_t at = w * static_cast<std::size_t>(centre_offset(n, old));
-        move_back(x, 0, at, kept, a);
-        clear(x, 0, at);
-        clear(x, at + kept, total);
-    } else if (placement == kPlaceEnd) {
-        const std::size_t at = total - kept;
-        move_back(x, 0, at, kept, a);
-        clear(x, 0, at);
-    } else {
-        const std::size_t front = w * static_cast<std::size_t>((old + 1) / 2);
-        const std::size_t back = kept - front;
-        scale_in_place(x, front, a);
-        move_back(x, front, total - back, back, a);
-        clear(x, front, total - back);
-    }
+    // The back part first: it moves furthest, past where the front part lands.
+    move_back(x, w * at.front_len, back_start, w * at.back_len, a);
+    move_back(x, 0, w * at.front_at, w * at.front_len, a);
+    clear(x, 0, w * at.front_at);
+    clear(x, front_end, back_start);
     return 0;
 }
 
@@ -160,22 +158,11 @@ int32_t dspi_unzpad(dsp *s, int32_t n, int32_t flags)
 
     const Amplitude a = amplitude(mode, n, old, n > 0);
     const std::size_t w = s->complex ? 2 : 1;
-    const std::size_t total = w * static_cast<std::size_t>(old);
-    const std::size_t kept = w * static_cast<std::size_t>(n);
+    const Layout at = layout(placement, old, n);
+    const std::size_t back_start = w * (static_cast<std::size_t>(old) - at.back_len);
     double *x = s->data;
-
-    if (placement == kPlaceFront) {
-        scale_in_place(x, kept, a);
-    } else if (placement == kPlaceCenter) {
-        move_front(x, w * static_cast<std::size_t>(centre_offset(old, n)), 0, kept, a);
-    } else if (placement == kPlaceEnd) {
-        move_front(x, total - kept, 0, kept, a);
-    } else {
-        const std::size_t front = w * static_cast<std::size_t>((n + 1) / 2);
-        const std::size_t back = kept - front;
-        scale_in_place(x, front, a);
-        move_front(x, total - back, front, back, a);
-    }
+    move_front(x, w * at.front_at, 0, w * at.front_len, a);
+    move_front(x, back_start, w * at.front_len, w * at.back_len, a);
     s->points = n;
     return 0;
 }
