@@ -54,6 +54,22 @@ TEST(Copy, SubvecWithinOneRecordMovesTheTailForward)
     EXPECT_EQ(s.values(), (V{3, 4}));
 }
 
+TEST(Copy, SubvecWithinCallerAttachedStorageCopiesOut)
+{
+    for (int32_t start : {0, 1}) {
+        double attached[4] = {1, 2, 3, 4};
+        dsp s;
+        dsp_init(&s);
+        s.data = attached;
+        s.points = 4;
+        ASSERT_EQ(dspu_subvec(&s, &s, start, 3), 0);
+        EXPECT_NE(s.data, attached);
+        EXPECT_EQ(V(s.data, s.data + 3), (V{1.0 + start, 2.0 + start, 3.0 + start}));
+        EXPECT_EQ(attached[0], 1.0);  // the caller's block is left as it was
+        dsp_destroy(&s);
+    }
+}
+
 TEST(Copy, CopyAndCopyAtMost)
 {
     Record src({1, -1, 2, -2, 3, -3}, true, 0.125), dst({9, 9, 9, 9, 9, 9, 9, 9, 9});
