@@ -129,8 +129,8 @@ DSP_API int32_t dsp_cmp(const dsp *a, const dsp *b, double tol, int32_t *verdict
 /* ------------------------------------------------------------------------- */
 
 /* Padding flags of dspi_zpad2 and dspi_unzpad: one scaling mode ORed with one
- * placement. Scaling multiplies the kept values by new/old points (MUL), by
- * its square root (SQRT), or not at all (NONE). */
+ * placement. Scaling multiplies the kept values by new/old points (RATIO), by
+ * its square root (SQRT), or not at all (NONE); scaling mode 3 is invalid. */
 #define DSP_PAD_SCALE_RATIO     0x000
 #define DSP_PAD_SCALE_SQRT      0x001
 #define DSP_PAD_SCALE_NONE      0x002
@@ -150,7 +150,7 @@ DSP_API int32_t dspi_zpad(dsp *s, int32_t n);
 DSP_API int32_t dspi_zpad2(dsp *s, int32_t n, int32_t flags);
 /* Shrinks to n points, keeping the part that the placement names (the inverse
  * of dspi_zpad2), scaled by n/old (or its square root). Invalid flags give -1
- * with the record untouched. */
+ * with the record untouched. n < 0 counts as 0. */
 DSP_API int32_t dspi_unzpad(dsp *s, int32_t n, int32_t flags);
 /* Sets every value to 0.0; the point count is kept. */
 DSP_API int32_t dspi_zero(dsp *s);
@@ -166,12 +166,14 @@ DSP_API int32_t dspi_shuffle(dsp *s);
 DSP_API int32_t dspi_swap_halves(dsp *s);
 /* The inverse of dspi_swap_halves: [a b c d e] -> [c d e a b]. */
 DSP_API int32_t dspi_swap_halves2(dsp *s);
-/* Ascending order; complex points by squared magnitude (parts capped at
- * 1e100), then real part, then imaginary part. */
+/* Ascending order; complex points by squared magnitude (parts beyond +-1e100
+ * or NaN count as 1e100), then real part, then imaginary part. A NaN sorts
+ * below every number. */
 DSP_API int32_t dspi_sort(dsp *s);
-/* Replaces a real record by the positions, in units of delta, where it
- * crosses level: mode 1 rising (a <= level < b), 2 falling (a >= level > b),
- * 3 both. Positions are linearly interpolated; delta becomes 1.0. Complex: -1. */
+/* Replaces a real record by the positions (index times delta, linearly
+ * interpolated) where consecutive values a, b cross level: mode 1 rising
+ * (a <= level < b), 2 falling (a >= level > b), 3 both. delta becomes 1.0;
+ * an empty record is unchanged. Complex: -1. */
 DSP_API int32_t dspi_edge(dsp *s, int32_t mode, double level);
 /* First difference divided by delta (x[-1] taken as 0; delta 0 multiplies by
  * 1e100). */

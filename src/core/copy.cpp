@@ -15,7 +15,8 @@ int32_t dspu_subvec(const dsp *src, dsp *dst, int32_t start, int32_t count)
     if (count > available - start) count = available - start;
 
     // Read the source before the destination's shape changes: they may be one record.
-    const double *from = src->data;
+    const double *const src_base = src->data;
+    const double *from = src_base;
     const int32_t complex_flag = src->complex;
     dst->points = count;
     dst->complex = complex_flag;
@@ -26,7 +27,9 @@ int32_t dspu_subvec(const dsp *src, dsp *dst, int32_t start, int32_t count)
     const std::size_t n = static_cast<std::size_t>(count) * width;
     if (n == 0) return 0;
     from += static_cast<std::size_t>(start) * width;
-    if (dst->data != src->data)
+    // Compare with the source's storage as it was: extracting in place from
+    // caller-attached storage lands in fresh storage and is a plain copy.
+    if (dst->data != src_base)
         std::memcpy(dst->data, from, n * sizeof(double));
     else if (start != 0)
         std::memmove(dst->data, from, n * sizeof(double));

@@ -4,7 +4,7 @@
 
 namespace dsp_test {
 namespace {
-AllocCounts counts;
+AllocCounts tally;
 int fail_countdown = -1;  // growths left before failures start; -1 never
 
 bool should_fail()
@@ -17,7 +17,7 @@ bool should_fail()
 
 int counting_alloc(dsp *s)
 {
-    ++counts.allocs;
+    ++tally.allocs;
     if (s->allocated > 0) std::free(s->data);
     if (should_fail()) {
         s->data = nullptr;
@@ -30,7 +30,7 @@ int counting_alloc(dsp *s)
 
 int counting_realloc(dsp *s, int32_t, int32_t)
 {
-    ++counts.reallocs;
+    ++tally.reallocs;
     if (should_fail()) {
         if (s->allocated > 0) std::free(s->data);
         s->data = nullptr;
@@ -43,7 +43,7 @@ int counting_realloc(dsp *s, int32_t, int32_t)
 
 int counting_free(dsp *s)
 {
-    ++counts.frees;
+    ++tally.frees;
     std::free(s->data);
     return 0;
 }
@@ -51,7 +51,7 @@ int counting_free(dsp *s)
 
 ScopedAllocHooks::ScopedAllocHooks()
 {
-    counts = AllocCounts{};
+    tally = AllocCounts{};
     fail_countdown = -1;
     dsp_lib_alloc(counting_alloc, &old_alloc_);
     dsp_lib_realloc(counting_realloc, &old_realloc_);
@@ -65,8 +65,8 @@ ScopedAllocHooks::~ScopedAllocHooks()
     dsp_lib_free(old_free_, nullptr);
 }
 
-const AllocCounts &ScopedAllocHooks::counts() const { return dsp_test::counts; }
-void ScopedAllocHooks::reset_counts() { dsp_test::counts = AllocCounts{}; }
+const AllocCounts &ScopedAllocHooks::counts() const { return tally; }
+void ScopedAllocHooks::reset_counts() { tally = AllocCounts{}; }
 void ScopedAllocHooks::fail_from(int k) { fail_countdown = k; }
 void ScopedAllocHooks::never_fail() { fail_countdown = -1; }
 

@@ -1,0 +1,348 @@
+// Complex and polar readings of a record.
+#include "support/alloc_hooks.hpp"
+#include "support/record.hpp"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <complex>
+#include <limits>
+#include <random>
+#include <vector>
+
+using dsp_test::Record;
+using dsp_test::ScopedAllocHooks;
+using V = std::vector<double>;
+
+namespace {
+const double kPi = 3.141592653589793;
+const double kNaN = std::numeric_limits<double>::quiet_NaN();
+
+V random_values(std::size_t n, unsigned seed, double scale = 10.0)
+{
+    std::mt19937 gen(seed);
+    std::uniform_real_distribution<double> dist(-scale, scale);
+    V v(n);
+    for (double &x : v) x = dist(gen);
+    return v;
+}
+}  // namespace
+
+TEST(ComplexForm, RealToComplexGrowsInPlaceFromTheTop)
+{
+    for (int n : {0, 1, 5, 7, 8, 33}) {
+        V x(n);
+        for (int i = 0; i < n; ++i) x[i] = i + 1.0;
+        Record s(x);
+        ASSERT_EQ(dspi_rtoc(s.get()), 0);
+        EXPECT_EQ(s->complex, 1);
+        V expected;
+        for (double v : x) expected.insert(expected.end(), {v, 0.0});
+        EXPECT_EQ(s.values(), expected) << "n = " << n;
+        ASSERT_EQ(dspi_rtoc(s.get()), 0);  // already complex: no change
+        EXPECT_EQ(s.values(), expected);
+    }
+}
+
+TEST(ComplexForm, PartsAndConjugate)
+{
+    Record s({1, -2, 3, 4}, true);
+    ASSERT_EQ(dspi_conj(s.get()), 0);
+    EXPECT_EQ(s.values(), (V{1, 2, 3, -4}));
+    Record re({1, -2, 3, 4}, true), im({1, -2, 3, 4}, true);
+    ASSERT_EQ(dspi_real(re.get()), 0);
+    ASSERT_EQ(dspi_imag(im.get()), 0);
+    EXPECT_EQ(re.values(), (V{1, 3}));
+    EXPECT_EQ(im.values(), (V{-2, 4}));
+    EXPECT_EQ(re->complex + im->complex, 0);
+
+    Record r({5, -6});
+    ASSERT_EQ(dspi_real(r.get()), 0);
+    ASSERT_EQ(dspi_conj(r.get()), 0);
+    EXPECT_EQ(r.values(), (V{5, -6}));
+    ASSERT_EQ(dspi_imag(r.get()), 0);  // a real signal has no imaginary part
+    EXPECT_EQ(r.values(), (V{0, 0}));
+    EXPECT_EQ(r->complex, 0);
+}
+
+TEST(ComplexForm, PolarRoundTripAgainstLongDouble)
+{
+    const V x = random_values(64, 1);
+    Record s(x, true);
+    ASSERT_EQ(dspi_rtop(s.get()), 0);
+    for (std::size_t i = 0; i < 32; ++i) {
+        const std::complex<long double> z(x[2 * i], x[2 * i + 1]);
+        EXPECT_NEAR(s->data[2 * i], static_cast<double>(std::abs(z)), 1e-15 * std::abs(z));
+        EXPECT_NEAR(s->data[2 * i + 1], static_cast<double>(std::arg(z)), 1e-15);
+    }
+    ASSERT_EQ(dspi_ptor(s.get()), 0);
+    for (std::size_t i = 0; i < x.size(); ++i) EXPECT_NEAR(s->data[i], x[i], 1e-13);
+
+    Record origin({0, 0, -0.0, 0}, true);
+    ASSERT_EQ(dspi_rtop(origin.get()), 0);
+    EXPECT_EQ(origin.values(), (V{0, 0, 0, 0}));
+
+    Record real({2, -3, 0, kNaN});
+    ASSERT_EQ(dspi_rtop(real.get()), 0);
+    EXPECT_EQ(real->complex, 1);
+    EXPECT_EQ(V(real->data, real->data + 6), (V{2, 0, 3, kPi, 0, 0}));
+    EXPECT_EQ(real->data[7], kPi);  // NaN counts as negative
+
+    Record untouched({1, 2});
+    ASSERT_EQ(dspi_ptor(untouched.get()), 0);
+    EXPECT_EQ(untouched.values(), (V{1, 2}));
+}
+
+TEST(ComplexForm, MagnitudePowerAndPhase)
+{
+    Record m({3, 4, -5, 12}, true), p({3, 4, -5, 12}, true), ph({0, 0, -1, 0, 0, -2}, true);
+    ASSERT_EQ(dspi_mag(m.get()), 0);
+    ASSERT_EQ(dspi_magsq(p.get()), 0);
+    ASSERT_EQ(dspi_phase(ph.get()), 0);
+    EXPECT_EQ(m.values(), (V{5, 13}));
+    EXPECT_EQ(p.values(), (V{25, 169}));
+    EXPECT_EQ(ph.values(), (V{0, kPi, -kPi / 2}));
+
+    Record rm({-2, 3}), rp({-2, 3, 0}), rph({-2, 3, 0, kNaN});
+    ASSERT_EQ(dspi_mag(rm.get()), 0);
+    ASSERT_EQ(dspi_magsq(rp.get()), 0);
+    ASSERT_EQ(dspi_phase(rph.get()), 0);
+    EXPECT_EQ(rm.values(), (V{2, 3}));
+    EXPECT_EQ(rp.values(), (V{4, 9, 0}));
+    EXPECT_EQ(rph.values(), (V{kPi, 0, 0, kPi}));
+}
+
+TEST(ComplexForm, SquaredMagnitudeCapsAtHuge)
+{
+    Record c({1e200, 0, 1e100, 1e100, -1e100, 0, std::nextafter(-1e100, -1e300), 0, kNaN, 1}, true);
+    ASSERT_EQ(dspi_magsq(c.get()), 0);
+    EXPECT_EQ(c.values(), (V{1e100, 1e100 * 1e100 + 1e100 * 1e100, 1e200, 1e100, 1e100}));
+    Record r({1e101, -1e100, kNaN});
+    ASSERT_EQ(dspi_magsq(r.get()), 0);
+    EXPECT_EQ(r.values(), (V{1e100, 1e200, 1e100}));
+}
+
+TEST(ComplexForm, DecibelsWithFloorAndClamp)
+{
+    const double floor10 = static_cast<double>(std::log10(2.2250738585072014e-308L)) * 10;
+    Record r({100, 0, -1, 1e-310, kNaN, 2.2250738585072014e-308});
+    ASSERT_EQ(dspi_db(r.get(), 10.0), 0);
+    EXPECT_EQ(r->data[0], 20.0);
+    for (int i = 1; i < 5; ++i) EXPECT_DOUBLE_EQ(r->data[i], -3076.526555685888);
+    EXPECT_DOUBLE_EQ(r->data[5], floor10);  // the smallest normal itself takes the logarithm
+    EXPECT_EQ(r->complex, 0);
+
+    Record c({0, 1, 3, 4, 1e-200, 0, 1e200, kNaN}, true);
+    ASSERT_EQ(dspi_db(c.get(), 20.0), 0);
+    EXPECT_EQ(c->complex, 1);
+    EXPECT_EQ(c->data[0], 0.0);
+    EXPECT_DOUBLE_EQ(c->data[1], 20 * (kPi / 2) * 0.4342944819032518);
+    EXPECT_DOUBLE_EQ(c->data[2], 20 * std::log10(5.0));
+    EXPECT_DOUBLE_EQ(c->data[3], 20 * std::log10(std::exp(std::atan2(4.0, 3.0))));
+    EXPECT_DOUBLE_EQ(c->data[4], 2 * floor10);  // the squared magnitude underflows
+    EXPECT_EQ(c->data[5], 0.0);
+    // Parts pinned to (1e100, -1e100): level of 2e200, phase -pi/4.
+    EXPECT_DOUBLE_EQ(c->data[6], 10 * std::log10(2e200));
+    EXPECT_DOUBLE_EQ(c->data[7], 20 * (-kPi / 4) * 0.4342944819032518);
+}
+
+TEST(ComplexForm, TimesIAndComplexScale)
+{
+    Record r({1, -2});
+    ASSERT_EQ(dspi_timesi(r.get()), 0);
+    EXPECT_EQ(r.values(), (V{0, 1, 0, -2}));
+    ASSERT_EQ(dspi_timesi(r.get()), 0);
+    EXPECT_EQ(r.values(), (V{-1, 0, 2, 0}));
+
+    Record c({1, 2, -3, 0.5}, true);
+    ASSERT_EQ(dspi_cscale(c.get(), 3, 4), 0);
+    EXPECT_EQ(c.values(), (V{1 * 3 - 2 * 4, 2 * 3 + 1 * 4, -3 * 3 - 0.5 * 4, 0.5 * 3 + -3 * 4}));
+    Record rr({2, -1, 0.5});
+    ASSERT_EQ(dspi_cscale(rr.get(), 3, -4), 0);
+    EXPECT_EQ(rr.values(), (V{6, -8, -3, 4, 1.5, -2}));
+
+    Record empty;
+    EXPECT_EQ(dspi_timesi(empty.get()), 0);
+    EXPECT_EQ(dspi_cscale(empty.get(), 1, 1), 0);
+    EXPECT_EQ(empty->complex, 0);
+}
+
+TEST(ComplexForm, PolynomialFromRoots)
+{
+    Record r({1, 2}, false, 0.5);
+    ASSERT_EQ(dspi_pztoc(r.get()), 0);
+    EXPECT_EQ(r.values(), (V{2, -3, 1}));
+    EXPECT_EQ(r->delta, 1.0);
+
+    Record none;
+    ASSERT_EQ(dspi_pztoc(none.get()), 0);
+    EXPECT_EQ(none.values(), V{1});
+
+    Record conj_pair({0, 1, 0, -1}, true);  // (x - i)(x + i) = x^2 + 1
+    ASSERT_EQ(dspi_pztoc(conj_pair.get()), 0);
+    EXPECT_EQ(conj_pair.values(), (V{1, 0, 0, 0, 1, 0}));
+
+    // Random complex roots: the polynomial vanishes at each of them.
+    const V roots = random_values(12, 5, 1.0);
+    Record p(roots, true);
+    ASSERT_EQ(dspi_pztoc(p.get()), 0);
+    ASSERT_EQ(p->points, 7);
+    for (std::size_t j = 0; j < 6; ++j) {
+        const std::complex<long double> z(roots[2 * j], roots[2 * j + 1]);
+        std::complex<long double> value = 0;
+        for (int k = 6; k >= 0; --k) value = value * z + std::complex<long double>(p->data[2 * k], p->data[2 * k + 1]);
+        EXPECT_LT(std::abs(value), 1e-13L);
+    }
+}
+
+TEST(ComplexForm, OutOfPlaceMagnitudeAndRoot)
+{
+    Record src({3, 4, -6, 8}, true, 0.5), mag, power, root;
+    ASSERT_EQ(dspu_mag(src.get(), mag.get()), 0);
+    ASSERT_EQ(dspu_magsq(src.get(), power.get()), 0);
+    ASSERT_EQ(dspu_sqrt(src.get(), root.get()), 0);
+    EXPECT_EQ(mag.values(), (V{5, 10}));
+    EXPECT_EQ(power.values(), (V{25, 100}));
+    EXPECT_EQ(mag->delta, 0.5);
+    EXPECT_EQ(mag->complex + power->complex, 0);
+    EXPECT_EQ(src.values(), (V{3, 4, -6, 8}));  // the source is untouched
+    ASSERT_EQ(root->complex, 1);
+    for (int i = 0; i < 2; ++i) {
+        const std::complex<long double> z = std::sqrt(std::complex<long double>(src->data[2 * i], src->data[2 * i + 1]));
+        EXPECT_NEAR(root->data[2 * i], static_cast<double>(z.real()), 1e-15);
+        EXPECT_NEAR(root->data[2 * i + 1], static_cast<double>(z.imag()), 1e-15);
+    }
+
+    Record neg({-4, 0}, true), rneg({-4, 9, kNaN}), huge({1e200, 0}, true), res;
+    ASSERT_EQ(dspu_sqrt(neg.get(), res.get()), 0);
+    EXPECT_NEAR(res->data[0], 0.0, 1e-15);
+    EXPECT_EQ(res->data[1], 2.0);
+    ASSERT_EQ(dspu_sqrt(rneg.get(), res.get()), 0);
+    EXPECT_EQ(res.values(), (V{0, 3, 0}));
+    ASSERT_EQ(dspu_sqrt(huge.get(), res.get()), 0);  // |z| pinned to 1e100
+    EXPECT_EQ(res.values(), (V{1e50, 0}));
+    Record zero({0, 0}, true);
+    ASSERT_EQ(dspu_sqrt(zero.get(), res.get()), 0);
+    EXPECT_EQ(res.values(), (V{0, 0}));
+
+    // In place: the destination is the source.
+    Record self({-3, 4, 1e101, 0}, true);
+    ASSERT_EQ(dspu_magsq(self.get(), self.get()), 0);
+    EXPECT_EQ(self.values(), (V{25, 1e100}));
+    ASSERT_EQ(dspu_mag(self.get(), self.get()), 0);
+    EXPECT_EQ(self.values(), (V{25, 1e100}));
+}
+
+TEST(ComplexForm, OutOfPlaceReusesTheDestination)
+{
+    ScopedAllocHooks hooks;
+    Record src({1, 2, 3, 4}, true), dst;
+    for (int i = 0; i < 4; ++i) {
+        ASSERT_EQ(dspu_mag(src.get(), dst.get()), 0);
+        ASSERT_EQ(dspu_sqrt(src.get(), dst.get()), 0);
+    }
+    EXPECT_EQ(hooks.counts().total(), 3);  // source, first real result, first complex result
+}
+
+TEST(ComplexForm, FailedGrowthReportsAndLeavesTheStatedState)
+{
+    ScopedAllocHooks hooks;
+    using Op = int32_t (*)(dsp *);
+    const Op growers[] = {dspi_rtoc, dspi_rtop, dspi_timesi, [](dsp *s) { return dspi_cscale(s, 1, 1); }};
+    for (Op op : growers) {
+        Record r({1, 2, 3});
+        hooks.fail_from(0);
+        EXPECT_EQ(op(r.get()), -1);
+        hooks.never_fail();
+        EXPECT_EQ(r->complex, 1);
+        EXPECT_EQ(r->points, 3);
+        EXPECT_EQ(r->allocated, 0);
+        EXPECT_EQ(r->data, nullptr);
+    }
+    {
+        Record roots({1, 2, 3});
+        hooks.fail_from(0);  // the work record cannot be had: the roots stay
+        EXPECT_EQ(dspi_pztoc(roots.get()), -1);
+        hooks.never_fail();
+        EXPECT_EQ(roots.values(), (V{1, 2, 3}));
+        hooks.fail_from(1);  // the copy back cannot grow the record
+        EXPECT_EQ(dspi_pztoc(roots.get()), -1);
+        hooks.never_fail();
+        EXPECT_EQ(roots->allocated, 0);
+    }
+    Record src({1, 2, 3}), dst;
+    using Out = int32_t (*)(const dsp *, dsp *);
+    for (Out op : {dspu_mag, dspu_magsq, dspu_sqrt}) {
+        hooks.fail_from(0);
+        EXPECT_EQ(op(src.get(), dst.get()), -1);
+        hooks.never_fail();
+        EXPECT_EQ(src.values(), (V{1, 2, 3}));
+    }
+}
+
+TEST(Unwrap, AgainstThePreviousValue)
+{
+    Record a({3.0, -3.0}), b({4.0});
+    ASSERT_EQ(dspi_unwrap(a.get()), 0);
+    ASSERT_EQ(dspi_unwrap(b.get()), 0);
+    EXPECT_EQ(a->data[0], 3.0);
+    EXPECT_DOUBLE_EQ(a->data[1], 2 * kPi - 3.0);
+    EXPECT_DOUBLE_EQ(b->data[0], 4.0 - 2 * kPi);
+
+    // A wrapped linear phase comes back as the ramp (steps below pi).
+    V ramp(200), wrapped(200);
+    for (int i = 0; i < 200; ++i) {
+        ramp[i] = 0.1 + 2.9 * i;
+        wrapped[i] = std::atan2(std::sin(ramp[i]), std::cos(ramp[i]));
+    }
+    Record w(wrapped);
+    ASSERT_EQ(dspi_unwrap(w.get()), 0);
+    for (int i = 0; i < 200; ++i) EXPECT_NEAR(w->data[i], ramp[i], 1e-10);
+
+    Record c({1, 2}, true), empty;
+    EXPECT_EQ(dspi_unwrap(c.get()), -1);
+    EXPECT_EQ(dspi_unwrap(empty.get()), 0);
+}
+
+TEST(Unwrap, AgainstAMovingMean)
+{
+    const V noisy_ramp = [] {
+        V v(300);
+        std::mt19937 gen(3);
+        std::uniform_real_distribution<double> noise(-1.0, 1.0);
+        for (int i = 0; i < 300; ++i) v[i] = 0.05 * i + (i < 8 ? 1.0 : 1.7) * noise(gen);
+        return v;
+    }();
+    V wrapped(noisy_ramp.size());
+    for (std::size_t i = 0; i < wrapped.size(); ++i) wrapped[i] = std::atan2(std::sin(noisy_ramp[i]), std::cos(noisy_ramp[i]));
+
+    // Window 1 is plain unwrapping, bit for bit.
+    Record one(wrapped), plain(wrapped);
+    ASSERT_EQ(dspi_unwrap_wnd(one.get(), 1), 0);
+    ASSERT_EQ(dspi_unwrap(plain.get()), 0);
+    EXPECT_EQ(one.values(), plain.values());
+
+    // Jumps of up to 3.4 rad between neighbours defeat the previous-value
+    // reference but not a mean over eight values.
+    bool plain_fails = false;
+    for (std::size_t i = 0; i < wrapped.size(); ++i) plain_fails |= std::fabs(plain->data[i] - noisy_ramp[i]) > 1.0;
+    EXPECT_TRUE(plain_fails);
+    Record eight(wrapped);
+    ASSERT_EQ(dspi_unwrap_wnd(eight.get(), 8), 0);
+    for (std::size_t i = 0; i < wrapped.size(); ++i) EXPECT_NEAR(eight->data[i], noisy_ramp[i], 1e-9) << i;
+
+    // Window 0 folds each value on its own; a window longer than the record works too.
+    Record zero({7.0, -7.0, 3.5});
+    ASSERT_EQ(dspi_unwrap_wnd(zero.get(), 0), 0);
+    EXPECT_DOUBLE_EQ(zero->data[0], 7.0 - 2 * kPi);
+    EXPECT_DOUBLE_EQ(zero->data[1], 2 * kPi - 7.0);
+    EXPECT_DOUBLE_EQ(zero->data[2], 3.5 - 2 * kPi);
+    Record longer({0.5, 0.5 + 2 * kPi});
+    ASSERT_EQ(dspi_unwrap_wnd(longer.get(), 10), 0);
+    EXPECT_DOUBLE_EQ(longer->data[1], 0.5);
+
+    Record c({1, 2}, true), r({1.0});
+    EXPECT_EQ(dspi_unwrap_wnd(c.get(), 3), -1);
+    EXPECT_EQ(dspi_unwrap_wnd(r.get(), -1), -1);
+    EXPECT_EQ(r.values(), V{1.0});
+}

@@ -1,0 +1,237 @@
+// Level crossings, differences, integration, offset, scaling, clipping and
+// the reconstruction of a symmetric spectrum.
+#include "support/alloc_hooks.hpp"
+#include "support/record.hpp"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <vector>
+
+namespace {
+
+using dsp_test::Record;
+
+const double kNaN = std::numeric_limits<double>::quiet_NaN();
+
+TEST(ReshapeSequence, EdgeFindsInterpolatedCrossings)
+{
+    Record peak({0, 2, 0}, false, 0.5);
+    ASSERT_EQ(dspi_edge(peak.get(), 3, 1.0), 0);
+    EXPECT_EQ(peak.values(), (std::vector<double>{0.25, 0.75}));
+    EXPECT_EQ(peak->delta, 1.0);
+
+    // Triangle wave 0 1 2 3 2 1 0 1 ... of period 6: level 1.5 is crossed
+    // rising at 1.5 + 6k and falling at 4.5 + 6k samples.
+    const int n = 40;
+    const double delta = 0.25;
+    std::vector<double> wave;
+    for (int i = 0; i < n; ++i) wave.push_back(std::abs((i + 3) % 6 - 3) * 1.0);
+    std::vector<double> rising, falling, both;
+    for (int k = 0; 6 * k + 2 < n; ++k) rising.push_back((1.5 + 6 * k) * delta);
+    for (int k = 0; 6 * k + 5 < n; ++k) falling.push_back((4.5 + 6 * k) * delta);
+    for (std::size_t k = 0; k < rising.size(); ++k) {
+        both.push_back(rising[k]);
+        if (k < falling.size()) both.push_back(falling[k]);
+    }
+    const std::vector<std::pair<int, std::vector<double>>> cases = {
+        {1, rising}, {2, falling}, {3, both}, {0, {}}};
+    for (const auto &c : cases) {
+        Record r(wave, false, delta);
+        ASSERT_EQ(dspi_edge(r.get(), c.first, 1.5), 0);
+        EXPECT_EQ(r.values(), c.second) << "mode " << c.first;
+    }
+
+    // A step that starts on the level counts; one that ends on it does not.
+    Record touch({1, 1, 2, 1, 1, 0});
+    ASSERT_EQ(dspi_edge(touch.get(), 3, 1.0), 0);
+    EXPECT_EQ(touch.values(), (std::vector<double>{1.0, 4.0}));
+
+    Record empty;
+    EXPECT_EQ(dspi_edge(empty.get(), 3, 0.0), 0);
+    Record c({0, 0, 2, 0}, true);
+    EXPECT_EQ(dspi_edge(c.get(), 3, 1.0), -1);
+    EXPECT_EQ(c.values(), (std::vector<double>{0, 0, 2, 0}));
+}
+
+TEST(ReshapeSequence, IntegAndDifferAgainstRunningSums)
+{
+    // Small integers and delta 0.5 keep every sum exact.
+    const int n = 50;
+    std::vector<double> x;
+    for (int i = 0; i < n; ++i) x.push_back(i % 7 - 3.0);
+    std::vector<double> complex_x;
+    for (int i = 0; i < n; ++i) {
+        complex_x.push_back(x[static_cast<std::size_t>(i)]);
+        complex_x.push_back(i * 2.0);
+    }
+
+    Record r(x, false, 0.5);
+    ASSERT_EQ(dspi_integ(r.get()), 0);
+    long double sum = 0;
+    for (int i = 0; i < n; ++i) {
+        sum += 0.5L * x[static_cast<std::size_t>(i)];
+        EXPECT_EQ(r->data[i], static_cast<double>(sum)) << i;
+    }
+    ASSERT_EQ(dspi_differ(r.get()), 0);
+    EXPECT_EQ(r.values(), x);
+
+    Record c(complex_x, true, 0.5);
+    ASSERT_EQ(dspi_integ(c.get()), 0);
+    for (int i = 0; i < n; ++i) EXPECT_EQ(c->data[2 * i + 1], 0.5 * i * (i + 1)) << i;
+    ASSERT_EQ(dspi_differ(c.get()), 0);
+    EXPECT_EQ(c.values(), complex_x);
+
+    Record first({4, 7, 5}, false, 0.25);
+    ASSERT_EQ(dspi_differ(first.get()), 0);
+    EXPECT_EQ(first.values(), (std::vector<double>{16, 12, -8}));
+    Record zero_delta({1, 3}, false, 0.0);
+    ASSERT_EQ(dspi_differ(zero_delta.get()), 0);
+    EXPECT_EQ(zero_delta.values(), (std::vector<double>{1e100, 2e100}));
+    EXPECT_EQ(zero_delta->delta, 0.0);
+}
+
+TEST(ReshapeSequence, PolynomialDerivative)
+{
+    // 5 + 3x + 2x^2 + 7x^3 -> 3 + 4x + 21x^2
+    Record p({5, 3, 2, 7});
+    ASSERT_EQ(dspi_pdiffer(p.get()), 0);
+    EXPECT_EQ(p.values(), (std::vector<double>{3, 4, 21}));
+
+    Record c({1, 1, 2, -1, 3, 0.5}, true);
+    ASSERT_EQ(dspi_pdiffer(c.get()), 0);
+    EXPECT_EQ(c.values(), (std::vector<double>{2, -1, 6, 1}));
+
+    Record constant({9});
+    ASSERT_EQ(dspi_pdiffer(constant.get()), 0);
+    EXPECT_EQ(constant->points, 0);
+    ASSERT_EQ(dspi_pdiffer(constant.get()), 0);
+    EXPECT_EQ(constant->points, 0);
+}
+
+TEST(ReshapeSequence, OffsetAndScale)
+{
+    Record r({1, -2, 3});
+    ASSERT_EQ(dspi_offset(r.get(), 0.5), 0);
+    EXPECT_EQ(r.values(), (std::vector<double>{1.5, -1.5, 3.5}));
+    Record c({1, -2, 3, 4}, true);
+    ASSERT_EQ(dspi_offset(c.get(), -1), 0);
+    EXPECT_EQ(c.values(), (std::vector<double>{0, -2, 2, 4}));
+
+    // Lengths around the 16-value blocks, complex doubling the count.
+    for (int n : {0, 1, 15, 16, 17, 37}) {
+        std::vector<double> v;
+        for (int i = 0; i < 2 * n; ++i) v.push_back(i * 0.1 - 1.3);
+        Record s(v, true);
+        ASSERT_EQ(dspi_scale(s.get(), -2.5), 0);
+        for (double &x : v) x *= -2.5;
+        EXPECT_EQ(s.values(), v) << n;
+    }
+}
+
+TEST(ReshapeSequence, LimitClipsToOrderedBounds)
+{
+    Record r({-10, -5, 0, 5, 10, kNaN});
+    int32_t clipped = 7;
+    ASSERT_EQ(dspi_limit(r.get(), 123, 5, -5, &clipped), 0);
+    EXPECT_EQ(r.values(), (std::vector<double>{-5, -5, 0, 5, 5, -5}));
+    EXPECT_EQ(clipped, 1);
+
+    // Values on the bounds are not clipped.
+    Record inside({-5, 0, 5});
+    ASSERT_EQ(dspi_limit(inside.get(), 0, -5, 5, &clipped), 0);
+    EXPECT_EQ(clipped, 0);
+    EXPECT_EQ(inside.values(), (std::vector<double>{-5, 0, 5}));
+
+    Record c({2, kNaN, -3, 0.5}, true);
+    ASSERT_EQ(dspi_limit(c.get(), 0, 1, -1, &clipped), 0);
+    EXPECT_EQ(c.values(), (std::vector<double>{1, -1, -1, 0.5}));
+    EXPECT_EQ(clipped, 1);
+
+    Record empty;
+    clipped = 7;
+    ASSERT_EQ(dspi_limit(empty.get(), 0, 0, 1, &clipped), 0);
+    EXPECT_EQ(clipped, 0);
+    ASSERT_EQ(dspi_limit(r.get(), 0, 0, 1, nullptr), 0);
+    EXPECT_EQ(r.values(), (std::vector<double>{0, 0, 0, 1, 1, 0}));
+
+    // A NaN bound is not reordered: nothing exceeds a NaN upper bound, and
+    // everything fails a NaN lower bound.
+    Record open_top({-1, 3});
+    ASSERT_EQ(dspi_limit(open_top.get(), 0, 0, kNaN, &clipped), 0);
+    EXPECT_EQ(open_top.values(), (std::vector<double>{0, 3}));
+    EXPECT_EQ(clipped, 1);
+    Record nan_floor({2});
+    ASSERT_EQ(dspi_limit(nan_floor.get(), 0, kNaN, 5, &clipped), 0);
+    EXPECT_TRUE(std::isnan(nan_floor->data[0]));
+}
+
+// The full spectrum of length `full` whose first half is `half`:
+// X[k] = conj(X[full - k]) for k at or beyond the half's end.
+std::vector<double> mirrored(const std::vector<double> &half, std::size_t w, std::size_t full)
+{
+    const std::size_t n = half.size() / w;
+    std::vector<double> out(half);
+    for (std::size_t k = n; k < full; ++k) {
+        out.push_back(half[(full - k) * w]);
+        if (w == 2) out.push_back(-half[(full - k) * w + 1]);
+    }
+    return out;
+}
+
+TEST(ReshapeSequence, OreconMirrorsConjugates)
+{
+    Record abc({1, 1, 2, 2, 3, 3}, true);
+    ASSERT_EQ(dspi_recon(abc.get()), 0);
+    EXPECT_EQ(abc.values(), (std::vector<double>{1, 1, 2, 2, 3, 3, 2, -2}));
+    Record abc_odd({1, 1, 2, 2, 3, 3}, true);
+    ASSERT_EQ(dspi_orecon(abc_odd.get(), 1), 0);
+    EXPECT_EQ(abc_odd.values(), (std::vector<double>{1, 1, 2, 2, 3, 3, 3, -3, 2, -2}));
+
+    for (bool complex_flag : {false, true}) {
+        const std::size_t w = complex_flag ? 2 : 1;
+        for (int odd : {0, 1}) {
+            for (int n = 0; n <= 7; ++n) {
+                SCOPED_TRACE(testing::Message() << "n " << n << " odd " << odd << " complex " << complex_flag);
+                std::vector<double> half;
+                for (std::size_t i = 0; i < w * static_cast<std::size_t>(n); ++i) half.push_back(i + 1.0);
+                Record r(half, complex_flag, 0.5);
+                ASSERT_EQ(dspi_orecon(r.get(), odd), 0);
+                const bool unchanged = n < 2 || (odd == 0 && n < 3);
+                const std::size_t full = unchanged ? static_cast<std::size_t>(n) : 2 * static_cast<std::size_t>(n) - 2 + odd;
+                EXPECT_EQ(r.values(), mirrored(half, w, full));
+                EXPECT_EQ(r->delta, 0.5);
+            }
+        }
+    }
+}
+
+TEST(ReshapeSequence, OreconGrowthFailureAndReuse)
+{
+    dsp_test::ScopedAllocHooks hooks;
+    const int failures = dsp_test::for_each_failing_growth(hooks, [&](int k) {
+        hooks.never_fail();
+        Record r({1, 0, 2, 1, 3, 0}, true);
+        hooks.fail_from(k);
+        const int32_t status = dspi_orecon(r.get(), 1);
+        if (status == 0) return true;
+        EXPECT_EQ(status, -1);
+        EXPECT_EQ(r->data, nullptr);
+        EXPECT_EQ(r->allocated, 0);
+        EXPECT_EQ(r->points, 5);
+        return false;
+    });
+    EXPECT_EQ(failures, 1);
+
+    Record r({1, 0, 2, 1, 3, 0}, true);
+    ASSERT_EQ(dspi_orecon(r.get(), 1), 0);
+    hooks.reset_counts();
+    for (int round = 0; round < 3; ++round) {
+        r->points = 3;
+        ASSERT_EQ(dspi_orecon(r.get(), round % 2), 0);
+    }
+    EXPECT_EQ(hooks.counts().total(), 0);
+}
+
+}  // namespace

@@ -1,0 +1,212 @@
+// Copying, appending, comparing and the shape rule of two-operand operations.
+#include "core/record.hpp"
+#include "support/alloc_hooks.hpp"
+#include "support/record.hpp"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <vector>
+
+using dsp_test::Record;
+using dsp_test::ScopedAllocHooks;
+using V = std::vector<double>;
+
+namespace {
+const double kNaN = std::numeric_limits<double>::quiet_NaN();
+
+V subvec(const V &src, int32_t start, int32_t count, bool cpx = false)
+{
+    Record s(src, cpx, 0.25), d;
+    EXPECT_EQ(dspu_subvec(s.get(), d.get(), start, count), 0);
+    EXPECT_EQ(d->complex, cpx ? 1 : 0);
+    EXPECT_EQ(d->delta, 0.25);
+    EXPECT_EQ(s.values(), src);  // the source is never changed
+    return d.values();
+}
+
+int32_t verdict_of(const Record &a, const Record &b, double tol)
+{
+    int32_t verdict = 42;
+    EXPECT_EQ(dsp_cmp(a.get(), b.get(), tol, &verdict), 0);
+    return verdict;
+}
+}  // namespace
+
+TEST(Copy, SubvecClampsStartAndCount)
+{
+    const V x{0, 1, 2, 3, 4};
+    EXPECT_EQ(subvec(x, -5, 2), (V{0, 1}));
+    EXPECT_EQ(subvec(x, 7, 2), V{});
+    EXPECT_EQ(subvec(x, 3, 100), (V{3, 4}));
+    EXPECT_EQ(subvec(x, 1, -1), V{});
+    EXPECT_EQ(subvec(x, 5, 0), V{});
+    EXPECT_EQ(subvec({1, 2, 3, 4, 5, 6}, 1, 2, true), (V{3, 4, 5, 6}));  // whole complex points
+}
+
+TEST(Copy, SubvecWithinOneRecordMovesTheTailForward)
+{
+    Record s({0, 1, 2, 3, 4, 5, 6, 7});
+    ASSERT_EQ(dspu_subvec(s.get(), s.get(), 3, 5), 0);  // overlapping ranges
+    EXPECT_EQ(s.values(), (V{3, 4, 5, 6, 7}));
+    ASSERT_EQ(dspu_subvec(s.get(), s.get(), 0, 2), 0);
+    EXPECT_EQ(s.values(), (V{3, 4}));
+}
+
+TEST(Copy, SubvecWithinCallerAttachedStorageCopiesOut)
+{
+    for (int32_t start : {0, 1}) {
+        double attached[4] = {1, 2, 3, 4};
+        dsp s;
+        dsp_init(&s);
+        s.data = attached;
+        s.points = 4;
+        ASSERT_EQ(dspu_subvec(&s, &s, start, 3), 0);
+        EXPECT_NE(s.data, attached);
+        EXPECT_EQ(V(s.data, s.data + 3), (V{1.0 + start, 2.0 + start, 3.0 + start}));
+        EXPECT_EQ(attached[0], 1.0);  // the caller's block is left as it was
+        dsp_destroy(&s);
+    }
+}
+
+TEST(Copy, CopyAndCopyAtMost)
+{
+    Record src({1, -1, 2, -2, 3, -3}, true, 0.125), dst({9, 9, 9, 9, 9, 9, 9, 9, 9});
+    ASSERT_EQ(dsp_copy(dst.get(), src.get()), 0);
+    EXPECT_EQ(dst->points, 3);
+    EXPECT_EQ(dst->complex, 1);
+    EXPECT_EQ(dst->delta, 0.125);
+    EXPECT_EQ(dst.values(), src.values());
+    ASSERT_EQ(dsp_copy_at_most(dst.get(), src.get(), 2), 0);
+    EXPECT_EQ(dst.values(), (V{1, -1, 2, -2}));
+    ASSERT_EQ(dsp_copy_at_most(dst.get(), src.get(), 50), 0);
+    EXPECT_EQ(dst->points, 3);
+}
+
+TEST(Copy, RepeatedCopiesOfOneSizeAllocateOnce)
+{
+    ScopedAllocHooks hooks;
+    Record src({1, 2, 3, 4}), dst;
+    for (int i = 0; i < 5; ++i) ASSERT_EQ(dsp_copy(dst.get(), src.get()), 0);
+    EXPECT_EQ(hooks.counts().total(), 2);  // the source's and the first copy's
+}
+
+TEST(Append, RealAndComplexCombinations)
+{
+    {
+        Record dst({1, 2}, false, 0.5), src({3, 4, 5}, false, 9.0);
+        ASSERT_EQ(dsp_append(dst.get(), src.get()), 0);
+        EXPECT_EQ(dst.values(), (V{1, 2, 3, 4, 5}));
+        EXPECT_EQ(dst->delta, 0.5);  // the destination keeps its spacing
+    }
+    {
+        Record dst({1, 2}), src({3, -3}, true);
+        ASSERT_EQ(dsp_append(dst.get(), src.get()), 0);
+        EXPECT_EQ(dst->complex, 1);
+        EXPECT_EQ(dst.values(), (V{1, 0, 2, 0, 3, -3}));
+    }
+    {
+        Record dst({1, -1}, true), src({3, 4});
+        ASSERT_EQ(dsp_append(dst.get(), src.get()), 0);
+        EXPECT_EQ(dst.values(), (V{1, -1, 3, 0, 4, 0}));
+    }
+    {
+        Record dst, src({5, 6});
+        ASSERT_EQ(dsp_append(dst.get(), src.get()), 0);
+        EXPECT_EQ(dst.values(), (V{5, 6}));
+    }
+}
+
+TEST(Compare, DeltaFirstThenSamplesWithInclusiveTolerance)
+{
+    Record a({1, 2, 3}, false, 1.5), b({1, 2, 3}, false, 1.0);
+    EXPECT_EQ(verdict_of(a, b, 0.1), 1);
+    EXPECT_EQ(verdict_of(b, a, 0.1), -1);
+    EXPECT_EQ(verdict_of(a, b, 1.0), 0);
+    EXPECT_EQ(verdict_of(a, b, 0.5), 0);  // |difference| == tolerance counts as equal
+
+    Record c({1, 2, 3.25}), d({1, 2, 3});
+    EXPECT_EQ(verdict_of(c, d, 0.25), 0);
+    EXPECT_EQ(verdict_of(c, d, 0.125), 1);
+    EXPECT_EQ(verdict_of(d, c, 0.125), -1);
+
+    // The first deciding difference stops the comparison.
+    Record e({5, 0}), f({0, 9});
+    EXPECT_EQ(verdict_of(e, f, 0.0), 1);
+
+    Record g({1, kNaN}), h({1, 1});
+    EXPECT_EQ(verdict_of(g, h, 10.0), -1);  // a NaN difference is "below"
+    EXPECT_EQ(verdict_of(h, g, 10.0), -1);
+}
+
+TEST(Compare, MixedRealAndComplex)
+{
+    Record cpx({1, 0.5, 2, 0}, true), real({1, 2});
+    EXPECT_EQ(verdict_of(cpx, real, 0.25), 1);  // the first's imaginary part against 0
+    EXPECT_EQ(verdict_of(cpx, real, 0.5), 0);
+    EXPECT_EQ(verdict_of(real, cpx, 0.25), -1);  // the second's imaginary part is subtracted
+    Record negative({1, -0.5, 2, 0}, true);
+    EXPECT_EQ(verdict_of(real, negative, 0.25), 1);
+    Record nan_im({1, kNaN}, true), one({1});
+    EXPECT_EQ(verdict_of(one, nan_im, 1.0), 1);
+    EXPECT_EQ(verdict_of(nan_im, one, 1.0), -1);
+    Record both_a({1, 2, 3, 4}, true), both_b({1, 2, 3, 4.5}, true);
+    EXPECT_EQ(verdict_of(both_a, both_b, 0.1), -1);
+}
+
+TEST(Compare, DifferentLengthsAreNotCompared)
+{
+    Record a({1, 2}), b({1, 2, 3});
+    int32_t verdict = 42;
+    EXPECT_EQ(dsp_cmp(a.get(), b.get(), 1.0, &verdict), -1);
+    EXPECT_EQ(verdict, 42);
+}
+
+TEST(BinaryShape, LengthsDeltaAndComplexFlag)
+{
+    Record a({1, 2}, false, 1.0), b({3, 4, 5}), r({7});
+    EXPECT_EQ(dsp_binary_shape(a.get(), b.get(), r.get()), -1);
+    EXPECT_EQ(r.values(), V{7});
+
+    Record c({1, 1, 2, 2}, true, 3.0);
+    ASSERT_EQ(dsp_binary_shape(a.get(), c.get(), r.get()), 0);
+    EXPECT_EQ(r->delta, 2.0);
+    EXPECT_EQ(r->complex, 1);
+    EXPECT_EQ(r->points, 2);
+    EXPECT_GE(r->allocated, 4);
+}
+
+TEST(BinaryShape, ResultSharingAnInputKeepsItsValues)
+{
+    Record a({1, 2, 3}), c({0, 1, 0, 1, 0, 1}, true);
+    ASSERT_EQ(dsp_binary_shape(a.get(), c.get(), a.get()), 0);
+    EXPECT_EQ(a->complex, 1);
+    EXPECT_EQ(a->allocated, 6);
+    EXPECT_EQ(V(a->data, a->data + 3), (V{1, 2, 3}));  // real values survive the doubling
+}
+
+TEST(CopyFailures, ReturnMinusOneAndLeaveInputsAlone)
+{
+    ScopedAllocHooks hooks;
+    Record src({1, 2, 3, 4}, true);
+    {
+        Record dst;
+        hooks.fail_from(0);
+        EXPECT_EQ(dsp_copy(dst.get(), src.get()), -1);
+        EXPECT_EQ(dsp_copy_at_most(dst.get(), src.get(), 1), -1);
+        EXPECT_EQ(dspu_subvec(src.get(), dst.get(), 1, 1), -1);
+        EXPECT_EQ(dst->allocated, 0);
+        hooks.never_fail();
+    }
+    {
+        Record dst({1, 2}), dst2({1, 2}, true);
+        hooks.fail_from(0);  // the conversion to complex fails
+        EXPECT_EQ(dsp_append(dst.get(), src.get()), -1);
+        EXPECT_EQ(dst->data, nullptr);
+        EXPECT_EQ(dsp_append(dst2.get(), src.get()), -1);  // the growth fails
+        EXPECT_EQ(dst2->allocated, 0);
+    }
+    hooks.never_fail();
+    EXPECT_EQ(src.values(), (V{1, 2, 3, 4}));
+}
