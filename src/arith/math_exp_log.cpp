@@ -81,23 +81,9 @@ int32_t dspi_log(dsp *s)
         });
 }
 
-int32_t dspi_log10(dsp *s)
-{
-    const double floor_log = std::log10(kLogFloor);
-    return apply_either(
-        s, [floor_log](double x) { return x >= kLogFloor ? std::log10(x) : floor_log; },
-        [floor_log](double &re, double &im) {
-            const double cre = clamp_huge(re), cim = clamp_huge(im);
-            const double p = cre * cre + cim * cim;
-            if (p >= kLogFloor) {
-                re = 0.5 * std::log10(p);
-                im = std::atan2(cim, cre) * dsp_core::kLog10E;
-            } else {
-                re = floor_log;
-                im = 0.0;
-            }
-        });
-}
+// The complex base-10 logarithm is the decibel view with factor 1: parts
+// clamped to +-kHuge, (log10 |z|, phase * log10(e)), floored below kLogFloor.
+int32_t dspi_log10(dsp *s) { return dspi_db(s, 1.0); }
 
 int32_t dspi_cosh(dsp *s)
 {
