@@ -1,5 +1,6 @@
 // Selection, building, interleaving, polynomial and dot products of two
 // records, against hand-derived cases and long double evaluations.
+#include "support/random_values.hpp"
 #include "support/record.hpp"
 
 #include <gtest/gtest.h>
@@ -16,14 +17,8 @@ using V = std::vector<double>;
 namespace {
 const double kNaN = std::numeric_limits<double>::quiet_NaN();
 
-V random_values(std::size_t n, unsigned seed)
-{
-    std::mt19937 gen(seed);
-    std::uniform_real_distribution<double> dist(-4.0, 4.0);
-    V v(n);
-    for (double &x : v) x = dist(gen);
-    return v;
-}
+V random_values(std::size_t n, unsigned seed) { return dsp_test::uniform_values(n, seed, 4.0); }
+
 }  // namespace
 
 TEST(BinarySelect, RealValuesAndTies)

@@ -1,6 +1,7 @@
 // Point-by-point arithmetic of two records, checked against std::complex and
 // long double evaluations of the same quantities.
 #include "support/alloc_hooks.hpp"
+#include "support/random_values.hpp"
 #include "support/record.hpp"
 
 #include <gtest/gtest.h>
@@ -18,14 +19,7 @@ using C = std::complex<double>;
 
 namespace {
 
-V random_values(std::size_t n, unsigned seed)
-{
-    std::mt19937 gen(seed);
-    std::uniform_real_distribution<double> dist(-10.0, 10.0);
-    V v(n);
-    for (double &x : v) x = dist(gen);
-    return v;
-}
+V random_values(std::size_t n, unsigned seed) { return dsp_test::uniform_values(n, seed, 10.0); }
 
 // Point i of an operand given as doubles (real when !complex_flag).
 C point(const V &v, bool complex_flag, std::size_t i) { return complex_flag ? C(v[2 * i], v[2 * i + 1]) : C(v[i], 0.0); }
