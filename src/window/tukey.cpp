@@ -17,8 +17,8 @@ int32_t generate_tukey(dsp *w, double r, int32_t flags)
     const double k = taper == 0.0 ? 0.0 : dsp_core::kTwoPi / taper;
     auto shape = [flat, k](double d) { return d <= flat ? 1.0 : 0.5 * (1.0 + std::cos((d - flat) * k)); };
     const bool split = splits_centre(flags, n);
-    // The far point of an even length sits where the taper ends, at 0 (the
-    // cosine would miss it by a rounding error); without a taper it is flat.
+    // The far point of an even length is where the taper ends: set to 0
+    // without evaluating the cosine, or to 1 when there is no taper.
     auto far = [&](double d) { return split ? shape(d) : r <= 0.0 ? 1.0 : 0.0; };
     centred_walk(w->data, n, split, 1.0, shape(0.0), shape, far);
     return scale_walked(w, scaling_mode(flags));

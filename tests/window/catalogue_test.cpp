@@ -63,6 +63,10 @@ TEST(WindowCatalogue, CosineSumsFollowTheirCoefficients)
     EXPECT_EQ(hann[4], 2.0);
     EXPECT_EQ(hann[7], hann[1]);
     EXPECT_NEAR(hann[0], 0.0, 1e-15);
+    // Sample 1024 right of the centre has its angle step recomputed as a
+    // product rather than accumulated.
+    const auto long_hann = catalogue(DSP_WINDOW_HANN, DSP_WINDOW_SCALE_NONE, 4001);
+    EXPECT_EQ(long_hann[2000 + 1024], 0.5 + 0.5 * std::cos(1024 * (6.283185307179586 / 4001)));
 }
 
 TEST(WindowCatalogue, TriangleIsScaledToItsMode)
@@ -74,6 +78,8 @@ TEST(WindowCatalogue, TriangleIsScaledToItsMode)
                 << "mode " << mode << " n " << n;
         }
     }
+    // Every 1024 samples the value is recomputed from its offset.
+    EXPECT_EQ(catalogue(DSP_WINDOW_BARTLETT, DSP_WINDOW_SCALE_NONE, 4001)[2000 + 1024], 1.0 - 2.0 * 1024 / 4001);
 }
 
 TEST(WindowCatalogue, OwnLengthKeepsExactlyThatManyPoints)
