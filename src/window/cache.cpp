@@ -120,13 +120,13 @@ int32_t dspi_window2(dsp *s, int32_t type, int32_t flags, double length)
     // The uniform window over the whole record multiplies by 1.0: skip it.
     if (type == DSP_WINDOW_UNIFORM && !own) return has_flag(flags, DSP_WINDOW_ROTATE_UNIFORM) ? dspi_swap_halves2(s) : 0;
     dsp *window = window_for(s->points, type, flags, length);
-    if (!window || dsp_window::multiply_by_window(s, window) != 0) return -1;
+    if (!window) return -1;
     // Rotation brings the window's centre to index 0, the phase reference of
     // a transform. A uniform window has no centre worth moving, so it is
     // rotated only on request.
     const bool rotate = type == DSP_WINDOW_UNIFORM ? has_flag(flags, DSP_WINDOW_ROTATE_UNIFORM)
                                                    : !has_flag(flags, DSP_WINDOW_NO_ROTATE);
-    return rotate ? dspi_swap_halves2(s) : 0;
+    return dsp_window::multiply_by_window(s, window, rotate);
 }
 
 }  // extern "C"

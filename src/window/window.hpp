@@ -43,7 +43,9 @@ double window_rms(const dsp *w);
 
 // s *= w point by point (both parts of complex points), with the shape rule
 // of two-operand operations; w takes s's delta first so that it is kept.
-int32_t multiply_by_window(dsp *s, dsp *w);
+// With `rotate`, s is then rotated by dspi_swap_halves2, which brings the
+// window's centre to index 0 (fused into the product for even counts).
+int32_t multiply_by_window(dsp *s, dsp *w, bool rotate);
 
 // The common frame of the parametric entry points: generate the window into
 // a temporary record of s's length, multiply, rotate if asked, release.
@@ -55,8 +57,7 @@ int32_t apply_fresh_window(dsp *s, bool rotate, Generate generate)
     w.points = s->points;
     int32_t status = dsp_alloc(&w);
     if (status == 0) status = generate(&w);
-    if (status == 0) status = multiply_by_window(s, &w);
-    if (status == 0 && rotate) status = dspi_swap_halves2(s);
+    if (status == 0) status = multiply_by_window(s, &w, rotate);
     dsp_destroy(&w);
     return status;
 }

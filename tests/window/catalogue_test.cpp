@@ -1,6 +1,7 @@
 // Catalogue windows through dspi_window / dspi_window2 against their closed
 // forms, in every scaling mode, for odd and even lengths and own lengths.
 #include "window/reference.hpp"
+#include "window/window.hpp"
 
 #include <algorithm>
 
@@ -172,11 +173,14 @@ TEST(WindowCatalogue, RotationAndComplexRecords)
 
         std::vector<double> pairs;
         for (double v : x) pairs.insert(pairs.end(), {v, -2 * v});
-        Record c(pairs, true);
-        ASSERT_EQ(dspi_window(c.get(), DSP_WINDOW_BLACKMAN, DSP_WINDOW_NO_ROTATE), 0);
-        for (int i = 0; i < n; ++i) {
-            EXPECT_EQ(c->data[2 * i], x[i] * w[i]);
-            EXPECT_EQ(c->data[2 * i + 1], -2 * x[i] * w[i]);
+        for (int flags : {0, DSP_WINDOW_NO_ROTATE}) {
+            Record c(pairs, true);
+            ASSERT_EQ(dspi_window(c.get(), DSP_WINDOW_BLACKMAN, flags), 0);
+            for (int i = 0; i < n; ++i) {
+                const int from = flags ? i : (i + n / 2) % n;
+                EXPECT_EQ(c->data[2 * i], x[from] * w[from]);
+                EXPECT_EQ(c->data[2 * i + 1], -2 * x[from] * w[from]);
+            }
         }
     }
     // The uniform window: untouched, rotated only on request, even with an
@@ -213,6 +217,11 @@ TEST(WindowCatalogue, RefusedRequestsLeaveTheSignal)
     Record s(x);
     EXPECT_EQ(dspi_window(s.get(), DSP_WINDOW_HANN, DSP_WINDOW_OWN_LENGTH), -1);
     EXPECT_EQ(s.values(), x);
+    // Windows are generated into real records only.
+    Record complex_target({1, 0, 1, 0}, true);
+    EXPECT_EQ(dsp_window::generate_catalogue(complex_target.get(), DSP_WINDOW_HANN, 0, 0.0), -1);
+    EXPECT_EQ(dsp_window::generate_catalogue(complex_target.get(), DSP_WINDOW_KAISER70, 0, 0.0), -1);
+    EXPECT_EQ(dsp_window::generate_gauss(complex_target.get(), 0.2, 0), -1);
     Record empty;
     EXPECT_EQ(dspi_window(empty.get(), DSP_WINDOW_HANN, 0), 0);
     EXPECT_EQ(empty->points, 0);
