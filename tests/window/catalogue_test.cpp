@@ -101,6 +101,8 @@ TEST(WindowCatalogue, OwnLengthKeepsExactlyThatManyPoints)
             }
         }
     }
+    // A negative length keeps only the centre.
+    EXPECT_EQ(catalogue(DSP_WINDOW_HANN, DSP_WINDOW_SCALE_NONE | own, 5, -3.0), (std::vector<double>{0, 0, 1, 0, 0}));
     // A length equal to n up to rounding is the whole window.
     const double nearly = 16.0 * (1 - 1e-15);
     EXPECT_TRUE(close_to(catalogue(DSP_WINDOW_HAMMING, own, 16, nearly),

@@ -171,7 +171,7 @@ TEST(WindowParametric, FirDesignWindows)
     }
     EXPECT_EQ(generated(1, [](dsp *s) { return dspi_window_fir(s, DSP_WINDOW_FIR_KAISER, 0.3); }), std::vector<double>{1.0});
     EXPECT_TRUE(close_to(fir(DSP_WINDOW_FIR_SINC, 0.1), lobe_shape(n, false, kPi / 1.24L, 0.62L * n * 0.1L), 1e-12L));
-    for (double p : {0.02, 0.03, 0.1, 0.2}) {
+    for (double p : {-0.01, 0.02, 0.03, 0.1, 0.2}) {  // a negative width takes the small-width formula
         const long double x = 1.12L * n * p;
         const long double k = x <= 1.25L ? 0.386L / x + 0.453L : x < 5 ? 0.774L - 0.0251L * x : 0.648L;
         EXPECT_TRUE(close_to(fir(DSP_WINDOW_FIR_SINC_FITTED, p), lobe_shape(n, false, kPi / 2 / k, k * x), 1e-12L)) << p;

@@ -113,6 +113,8 @@ TEST(WindowScale, NoiseBandwidth)
     double e = 0.0;
     EXPECT_EQ(dsp_window2_enbw(&e, DSP_WINDOW_HANN, 4096, 2048.0), 0);
     EXPECT_NEAR(e, 3.0, 1e-12);
+    EXPECT_EQ(dsp_window2_enbw(&e, DSP_WINDOW_HANN, 64, 0.0), 0);  // no points left
+    EXPECT_EQ(e, 0.0);
 }
 
 TEST(WindowScale, Refusals)
