@@ -557,14 +557,15 @@ DSP_API int32_t dsps_lin_regres2(const dsp *src, dsp *result);
  *   AMPLITUDE  mean 1 (flat tops: mean equal to their gain, just below 1)
  *   POWER      root mean square 1
  *   NONE       unscaled, peak 1
- * Mode 3 is invalid, except that the parametric generators accept it and
- * produce all zeros. */
+ * Mode 3 is invalid for the catalogue; the parametric windows accept it:
+ * Gauss, Tukey and sinc lobe then give all zeros, Kaiser is scaled as NONE. */
 #define DSP_WINDOW_SCALE_AMPLITUDE    0
 #define DSP_WINDOW_SCALE_POWER        1
 #define DSP_WINDOW_SCALE_NONE         2
 #define DSP_WINDOW_SCALE_MASK         3
 /* Symmetric placement about c - 0.5 for even lengths; parametric windows
- * only (the uniform, triangle and cosine-sum windows refuse it). */
+ * only (the triangle and cosine-sum windows refuse it, and so does the
+ * uniform window with an own length). */
 #define DSP_WINDOW_SYMMETRIC          4
 /* The window has its own length (the length argument) and is zero outside
  * it; refused by the triangle and every parametric window. */
@@ -618,7 +619,8 @@ DSP_API int32_t dsp_window2_enbw(double *enbw, int32_t type, int32_t n, double l
 
 /* Parametric windows. Each builds its window afresh (nothing is cached),
  * multiplies s by it and rotates unless DSP_WINDOW_NO_ROTATE is set. flags:
- * a scaling mode (mode 3 leaves all zeros) and DSP_WINDOW_SYMMETRIC;
+ * a scaling mode (mode 3 leaves all zeros, but see Kaiser) and
+ * DSP_WINDOW_SYMMETRIC;
  * DSP_WINDOW_OWN_LENGTH is refused (-1, s unchanged). */
 
 /* Kaiser window I0(beta * sqrt(1 - (2x/D)^2)), D = points (points - 1 when
@@ -652,7 +654,8 @@ DSP_API int32_t dspi_window_cos(dsp *s, const dsp *coefficients);
  *                               points * parameter
  *   DSP_WINDOW_FIR_SINC_FITTED  sinc lobe with a fitted exponent
  * Any other type is dspi_window(s, type, symmetric | NONE | NO_ROTATE), which
- * the cosine-sum and triangle windows refuse (-1). */
+ * the cosine-sum and triangle windows refuse (-1); the uniform window leaves
+ * s unchanged. */
 DSP_API int32_t dspi_window_fir(dsp *s, int32_t type, double parameter);
 
 #ifdef __cplusplus
