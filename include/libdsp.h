@@ -620,8 +620,7 @@ DSP_API int32_t dsp_window2_enbw(double *enbw, int32_t type, int32_t n, double l
 /* Parametric windows. Each builds its window afresh (nothing is cached),
  * multiplies s by it and rotates unless DSP_WINDOW_NO_ROTATE is set. flags:
  * a scaling mode (mode 3 leaves all zeros, but see Kaiser) and
- * DSP_WINDOW_SYMMETRIC;
- * DSP_WINDOW_OWN_LENGTH is refused (-1, s unchanged). */
+ * DSP_WINDOW_SYMMETRIC; DSP_WINDOW_OWN_LENGTH is refused (-1, s unchanged). */
 
 /* Kaiser window I0(beta * sqrt(1 - (2x/D)^2)), D = points (points - 1 when
  * symmetric). |beta| is limited to 200 ln 10 (100 ln 10 in the power mode, so
