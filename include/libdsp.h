@@ -501,6 +501,163 @@ DSP_API int32_t dsps_lin_regres(const dsp *src, dsp *result);
  * and the intercept is the mean. */
 DSP_API int32_t dsps_lin_regres2(const dsp *src, dsp *result);
 
+/* ------------------------------------------------------------------------- */
+/* Windows                                                                   */
+/* ------------------------------------------------------------------------- */
+/* Spectral windows of the catalogue below, generated centred on point
+ * c = points / 2: even lengths give the periodic (DFT-even) window whose
+ * first point is its edge value. Windowing multiplies the record in place
+ * (both parts of complex points; delta kept) and then rotates it with
+ * dspi_swap_halves2 so that the window's centre lands on index 0, the phase
+ * reference of a transform. */
+
+/* Window types. Several constants share a value; the first name of a value is
+ * its canonical one. Type 24 (a Tukey window with taper 0.25) has no name. */
+#define DSP_WINDOW_UNIFORM            0  /* constant */
+#define DSP_WINDOW_RECTANGULAR        0
+#define DSP_WINDOW_NONE               0
+#define DSP_WINDOW_P000               0
+#define DSP_WINDOW_BARTLETT           1  /* triangle */
+#define DSP_WINDOW_TRIANGULAR         1
+#define DSP_WINDOW_HANN               2  /* cosine sums, 2 to 7 terms */
+#define DSP_WINDOW_P110               2
+#define DSP_WINDOW_HAMMING            3
+#define DSP_WINDOW_P100               3
+#define DSP_WINDOW_BLACKMAN           4
+#define DSP_WINDOW_BLACKMAN_HARRIS3   5
+#define DSP_WINDOW_P200               5
+#define DSP_WINDOW_BLACKMAN_HARRIS4   6
+#define DSP_WINDOW_P310               6
+#define DSP_WINDOW_LOWLEAK            6
+#define DSP_WINDOW_GAUSSTOP           7
+#define DSP_WINDOW_P400               7
+#define DSP_WINDOW_FLAT4              8  /* flat tops 8 to 13 */
+#define DSP_WINDOW_P301               8
+#define DSP_WINDOW_FLATTOP            9
+#define DSP_WINDOW_FLAT5              9
+#define DSP_WINDOW_P401               9
+#define DSP_WINDOW_FLAT6             10
+#define DSP_WINDOW_P511              10
+#define DSP_WINDOW_FLAT7             11
+#define DSP_WINDOW_P611              11
+#define DSP_WINDOW_P501              12
+#define DSP_WINDOW_P601              13
+#define DSP_WINDOW_KAISER70          14  /* Kaiser, fixed beta */
+#define DSP_WINDOW_KAISER80          15
+#define DSP_WINDOW_KAISER90          16
+#define DSP_WINDOW_KAISER100         17
+#define DSP_WINDOW_KAISER110         18
+#define DSP_WINDOW_KAISER120         19
+#define DSP_WINDOW_GAUSS60           20  /* Gauss, fixed width */
+#define DSP_WINDOW_GAUSS70           21
+#define DSP_WINDOW_GAUSS80           22
+#define DSP_WINDOW_RIEMANN           23  /* main lobe of sin(x)/x */
+#define DSP_WINDOW_SINC_LOBE         23
+
+/* Window flags: one scaling mode ORed with the bits below.
+ *   AMPLITUDE  mean 1 (flat tops: mean equal to their gain, just below 1)
+ *   POWER      root mean square 1
+ *   NONE       unscaled, peak 1
+ * Mode 3 is invalid for the catalogue; the parametric windows accept it:
+ * Gauss, Tukey and sinc lobe then give all zeros, Kaiser is scaled as NONE. */
+#define DSP_WINDOW_SCALE_AMPLITUDE    0
+#define DSP_WINDOW_SCALE_POWER        1
+#define DSP_WINDOW_SCALE_NONE         2
+#define DSP_WINDOW_SCALE_MASK         3
+/* Symmetric placement about c - 0.5 for even lengths; parametric windows
+ * only (the triangle and cosine-sum windows refuse it, and so does the
+ * uniform window with an own length). */
+#define DSP_WINDOW_SYMMETRIC          4
+/* The window has its own length (the length argument) and is zero outside
+ * it; refused by the triangle and every parametric window. */
+#define DSP_WINDOW_OWN_LENGTH         8
+/* Rotate even the uniform window (which is otherwise not rotated). */
+#define DSP_WINDOW_ROTATE_UNIFORM    16
+/* Do not rotate after multiplying (every window but the uniform one). */
+#define DSP_WINDOW_NO_ROTATE         32
+
+/* FIR design windows of dspi_window_fir; parameter = width / sampling rate. */
+#define DSP_WINDOW_FIR_GAUSS        100
+#define DSP_WINDOW_FIR_KAISER       101
+#define DSP_WINDOW_FIR_SINC         102
+#define DSP_WINDOW_FIR_SINC_FITTED  103
+
+/* Canonical display name of type into buf, at most len characters with
+ * buf[len - 1] always the terminator (a longer name is cut). len < 1 or a
+ * null buf: -1. Unknown or unnamed type: buf[0] = 0 and -1. */
+DSP_API int32_t dsp_window_to_str(int32_t type, char *buf, int32_t len);
+/* Type of a display name ("Hann") or constant name ("DSP_WINDOW_HANN"),
+ * compared whole and in any letter case. No match: *type = 0 and -1. A null
+ * argument: -1 with nothing written. */
+DSP_API int32_t dsp_window_from_str(const char *name, int32_t *type);
+/* dspi_window2(s, type, flags, 0.0); DSP_WINDOW_OWN_LENGTH is refused (-1). */
+DSP_API int32_t dspi_window(dsp *s, int32_t type, int32_t flags);
+/* Multiplies s by the catalogue window of its point count (with
+ * DSP_WINDOW_OWN_LENGTH: of own length `length`, zero beyond it) and rotates
+ * (see the flags). The uniform window without own length multiplies nothing.
+ * Windows are kept in a process-wide cache of the 16 most recent ones, so a
+ * repeated call costs one multiplication per value and allocates nothing;
+ * dsp_free_internal empties the cache. Scaling mode 3, an unknown type or a
+ * flag the window refuses: -1 with s unchanged. */
+DSP_API int32_t dspi_window2(dsp *s, int32_t type, int32_t flags, double length);
+/* dsp_window2_scale(scale, type, flags, n, 0.0); DSP_WINDOW_OWN_LENGTH is
+ * refused (-1). */
+DSP_API int32_t dsp_window_scale(double *scale, int32_t type, int32_t flags, int32_t n);
+/* *scale = the factor by which the window of n points in the flags' scaling
+ * mode exceeds the unscaled one: 1 / mean (times the gain for flat tops),
+ * 1 / root mean square, or 1.0 for DSP_WINDOW_SCALE_NONE and n < 1. Cosine
+ * sums without own length are scaled from their coefficients, with the
+ * harmonics that alias for small n; other windows are generated and measured
+ * (0.0 when the measured value is 0). Mode 3 or an unknown type: -1. */
+DSP_API int32_t dsp_window2_scale(double *scale, int32_t type, int32_t flags, int32_t n, double length);
+/* Equivalent noise bandwidth in bins, n * sum(w^2) / sum(w)^2, as the square
+ * of the ratio of the amplitude and power scale factors; for flat tops that
+ * includes the square of their gain. -1 for a null enbw or when a scale
+ * factor fails. */
+DSP_API int32_t dsp_window_enbw(double *enbw, int32_t type, int32_t n);
+/* As dsp_window_enbw for the window of own length `length`. */
+DSP_API int32_t dsp_window2_enbw(double *enbw, int32_t type, int32_t n, double length);
+
+/* Parametric windows. Each builds its window afresh (nothing is cached),
+ * multiplies s by it and rotates unless DSP_WINDOW_NO_ROTATE is set. flags:
+ * a scaling mode (mode 3 leaves all zeros, but see Kaiser) and
+ * DSP_WINDOW_SYMMETRIC; DSP_WINDOW_OWN_LENGTH is refused (-1, s unchanged). */
+
+/* Kaiser window I0(beta * sqrt(1 - (2x/D)^2)), D = points (points - 1 when
+ * symmetric). |beta| is limited to 200 ln 10 (100 ln 10 in the power mode, so
+ * that squares stay finite); a beta beyond the limit on either side becomes
+ * +limit. Mode NONE and mode 3 divide by the peak I0(beta). One point gives
+ * the factor 1.0 in every mode. */
+DSP_API int32_t dspi_window_kaiser(dsp *s, double beta, int32_t flags);
+/* Gauss window exp(-0.5 (x / (points * sigma))^2); sigma 0.0 keeps only the
+ * centre point (the two middle points when symmetric). */
+DSP_API int32_t dspi_window_gauss(dsp *s, double sigma, int32_t flags);
+/* Tukey window: flat 1.0 over the middle (1 - r) of the points, cosine tapers
+ * of total length r * points. r <= 0 is the uniform window. */
+DSP_API int32_t dspi_window_tukey(dsp *s, double r, int32_t flags);
+/* Lobe of sin(x)/x from x = 0 at the centre to x = extent at the edges,
+ * raised to the power exponent. Where sin(x)/x <= 0 the value is sin(x)/x for
+ * exponent 1, its square for 2, 1.0 for 0 and 0.0 for any other exponent. */
+DSP_API int32_t dspi_window_sinc(dsp *s, double extent, double exponent, int32_t flags);
+/* Cosine sum sum_k a[k] cos(2 pi k m / points) of the caller's coefficients
+ * (a real record; complex: -1), not normalised; always rotated. No
+ * coefficients give all zeros. */
+DSP_API int32_t dspi_window_cos(dsp *s, const dsp *coefficients);
+/* Windows for FIR design, symmetric, unscaled and not rotated, from the
+ * normalised width `parameter`:
+ *   DSP_WINDOW_FIR_GAUSS        Gauss, sigma = 1 / (points * parameter * pi);
+ *                               parameter 0 leaves s unchanged
+ *   DSP_WINDOW_FIR_KAISER       Kaiser with beta from the design formula for
+ *                               the attenuation (points - 1) * parameter *
+ *                               14.36 + 7.95 dB
+ *   DSP_WINDOW_FIR_SINC         sinc lobe to pi / 1.24, exponent 0.62 *
+ *                               points * parameter
+ *   DSP_WINDOW_FIR_SINC_FITTED  sinc lobe with a fitted exponent
+ * Any other type is dspi_window(s, type, symmetric | NONE | NO_ROTATE), which
+ * the cosine-sum and triangle windows refuse (-1); the uniform window leaves
+ * s unchanged. */
+DSP_API int32_t dspi_window_fir(dsp *s, int32_t type, double parameter);
+
 #ifdef __cplusplus
 }
 #endif

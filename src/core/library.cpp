@@ -1,6 +1,7 @@
 // Library-wide housekeeping entry points.
 #include "core/caches.hpp"
 #include "libdsp.h"
+#include "window/cache.hpp"
 
 namespace {
 
@@ -14,7 +15,7 @@ const dsp_core::ReleaseStep release_steps[] = {
     nullptr,  // DFT cached records
     nullptr,  // filter destination helper's scratch records
     nullptr,  // FFT twiddle tables
-    nullptr,  // window cache
+    dsp_window::release_window_cache,  // window cache
 };
 
 }  // namespace
