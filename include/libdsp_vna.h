@@ -142,7 +142,7 @@ DSP_API int32_t vfpd_SmoothCpx(const double *src, double *dst, int32_t n, int32_
                                int32_t stop, int32_t aperture);
 /* phase[k] = unwrapped atan2(im, re) of complex point k, radians, for k in
  * [start, stop): a step below -pi or above pi from phase[k-1] is corrected by
- * a whole turn. A call with start > 1 continues an unwrap of [0, start) held
+ * a whole turn (a NaN step counts as below -pi). A call with start > 1 continues an unwrap of [0, start) held
  * in phase: its turn count is trunc((phase[start-1] - phase[0]) / 2pi),
  * which is exact while the angle of point start-1 lies, within its turn, on
  * the same side of the angle of point 0 as the unwrapped phase has moved
