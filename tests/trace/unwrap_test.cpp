@@ -42,7 +42,7 @@ TEST(TraceUnwrap, FollowsRampsInOneCall)
             ASSERT_NEAR(phase[k], static_cast<double>(1.0L + slope * k), 1e-11) << "slope " << static_cast<double>(slope) << " k " << k;
         EXPECT_EQ(phase[n], kUnwritten);
     }
-    // A step that is not >= -pi turns the count up, and a NaN step is not:
+    // Any step that is not >= -pi turns the count up, a NaN step included:
     // a NaN point and the point after it each add a turn.
     std::vector<double> gap = ramp(5, 0.5L, 0.0L);
     gap[4] = gap[5] = std::nan("");  // point 2
