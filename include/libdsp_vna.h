@@ -142,11 +142,12 @@ DSP_API int32_t vfpd_SmoothCpx(const double *src, double *dst, int32_t n, int32_
                                int32_t stop, int32_t aperture);
 /* phase[k] = unwrapped atan2(im, re) of complex point k, radians, for k in
  * [start, stop): a step below -pi or above pi from phase[k-1] is corrected by
- * a whole turn. A call with start > 1 continues an unwrap of [0, start) held
- * in phase: its turn count is trunc((phase[start-1] - phase[0]) / 2pi),
- * which is exact while the angle of point start-1 lies, within its turn, on
- * the same side of the angle of point 0 as the unwrapped phase has moved
- * (see docs/trace.md). start > stop writes nothing. */
+ * a whole turn (a NaN step counts as below -pi). A call with start > 1
+ * continues an unwrap of [0, start) held in phase: its turn count is
+ * trunc((phase[start-1] - phase[0]) / 2pi), which is exact while the angle
+ * of point start-1 lies, within its turn, on the same side of the angle of
+ * point 0 as the unwrapped phase has moved (see docs/trace.md). start > stop
+ * writes nothing. */
 DSP_API void vfpd_UnwrapPhase(const double *cpx, int32_t start, int32_t stop, double *phase);
 
 /* ------------------------------------------------------------------------- */

@@ -22,10 +22,13 @@ TEST(TraceExpand, AxesKeepTheirEndPointsExact)
     ASSERT_NE(3 * ((0.3 - 0.1) / 3) + 0.1, 0.3);
     vfpd_ExpandLinear(out.data(), 4, 0.1, 0.3);
     EXPECT_EQ(out[3], 0.3);
-    EXPECT_NEAR(out[1], 0.1 + 0.2 / 3, 1e-16);
+    // Inside, i * step + first with the step rounded once: 0 .. 0.5 in 6
+    // points has step 0.1 and puts 3 * 0.1 = 0.30000000000000004 at index 3.
+    vfpd_ExpandLinear(out.data(), 6, 0.0, 0.5);
+    EXPECT_EQ(out[3], 0.30000000000000004);
     vfpd_ExpandLinear(out.data(), 1, 3.0, 4.0);  // only the first point
     EXPECT_EQ(out[0], 3.0);
-    EXPECT_NEAR(out[1], 0.1 + 0.2 / 3, 1e-16);
+    EXPECT_EQ(out[1], 0.1);
 
     // 300 kHz .. 3 GHz in 201 points: a constant ratio 10^(4/200).
     std::vector<double> axis(202, -1.0);
@@ -50,19 +53,25 @@ TEST(TraceExpand, AxesKeepTheirEndPointsExact)
 
 TEST(TraceFormat, EachFormatAgainstItsClosedForm)
 {
-    // Points: 3+4i, 0.1, i, -1, 0.5, 0.
-    const std::vector<double> cpx = {3, 4, 0.1, 0, 0, 1, -1, 0, 0.5, 0, 0, 0};
-    std::vector<double> out(6);
+    // Points: 3+4i, 0.1, i, -1, 0.5, 0, 1e200, 1e-200.
+    const std::vector<double> cpx = {3, 4, 0.1, 0, 0, 1, -1, 0, 0.5, 0, 0, 0, 1e200, 0, 1e-200, 0};
+    std::vector<double> out(8);
     auto run = [&](int32_t format) {
         std::fill(out.begin(), out.end(), -123.0);
-        vfpd_FormatBuffer(format, cpx.data(), out.data(), 0, 6);
+        vfpd_FormatBuffer(format, cpx.data(), out.data(), 0, 8);
     };
     run(VFPD_FORMAT_LOG_MAG);
     EXPECT_DOUBLE_EQ(out[0], 10 * std::log10(25.0));
     EXPECT_DOUBLE_EQ(out[1], -20.0);
     EXPECT_EQ(out[5], -kInf);
+    // The squares are summed as they stand, not rescaled: 1e200 squared
+    // overflows to +inf, 1e-200 squared underflows to 0.
+    EXPECT_EQ(out[6], kInf);
+    EXPECT_EQ(out[7], -kInf);
     run(VFPD_FORMAT_LIN_MAG);
     EXPECT_EQ(out[0], 5.0);
+    EXPECT_EQ(out[6], kInf);
+    EXPECT_EQ(out[7], 0.0);
     // Degrees use the factor 57.29577951307855, a little below 180/pi
     // (relative 6.6e-14): a right angle reads 89.999999999994.
     run(VFPD_FORMAT_PHASE);
@@ -78,7 +87,7 @@ TEST(TraceFormat, EachFormatAgainstItsClosedForm)
     EXPECT_EQ(out[5], kInf);
     for (int32_t other : {5, -1}) {
         run(other);
-        EXPECT_EQ(out, std::vector<double>(6, -123.0));
+        EXPECT_EQ(out, std::vector<double>(8, -123.0));
     }
 
     // The SWR ceiling starts strictly above |z| = 0.999998.

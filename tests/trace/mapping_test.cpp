@@ -102,6 +102,12 @@ TEST(TraceScaleToInt, TruncatesTowardZeroAndSaturates)
         EXPECT_EQ(dst, expected);
     }
 
+    // hi = lo: the scale is 10 / 0 = +inf, so values above lo saturate high,
+    // values below saturate low, and lo itself gives 0 * inf = NaN, hence 0.
+    const std::vector<double> flat = {3.0, 1.0, 2.0};
+    vfpdb_ScaleToInt(flat.data(), 3, 2.0, 2.0, dst.data(), -5, 5);
+    EXPECT_EQ(std::vector<int32_t>(dst.begin(), dst.begin() + 3), (std::vector<int32_t>{INT32_MAX, INT32_MIN, 0}));
+
     // Just inside and just outside the limits, mapped one to one.
     const std::vector<double> edges = {2147483646.9, 2147483647.5, 2147483648.0, -2147483648.9, -2147483649.0};
     vfpdb_ScaleToInt(edges.data(), 5, 0.0, 1.0, dst.data(), 0, 1);

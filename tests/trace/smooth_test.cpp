@@ -77,6 +77,12 @@ TEST(TraceSmooth, MatchesDirectAveragesAndStopsWithTheRange)
     std::vector<double> out(5);
     ASSERT_EQ(vfpd_Smooth(five.data(), out.data(), 5, 0, 5, 99, 0), 5);
     EXPECT_EQ(out, (std::vector<double>{1.0, 7.0 / 3, 31.0 / 5, 28.0 / 3, 16.0}));
+    // While the width stays, the sum slides (minus the point leaving, plus
+    // the one entering) and keeps its rounding: 2^53 + 1 rounds to 2^53, so
+    // the sum reads 0 once 2^53 has left and -1 once the 1 has left too.
+    const std::vector<double> drift = {0x1p53, 1, 0, 0, 0};
+    ASSERT_EQ(vfpd_Smooth(drift.data(), out.data(), 5, 0, 5, 3, 0), 5);
+    EXPECT_EQ(out, (std::vector<double>{0x1p53, 0x1p53 / 3, 0.0, -1.0 / 3, 0.0}));
 
     // [12, 30) with aperture 7 in 40 points: point i needs i + 3 <= 29, so
     // 12 .. 26 are written and the count is 15.
@@ -106,22 +112,25 @@ TEST(TraceSmooth, PhaseAverageUnwrapsAndWrapsBack)
     ASSERT_EQ(vfpd_Smooth(std::vector<double>{3.1, -3.1, -3.0}.data(), out.data(), 3, 0, 3, 3, 1), 3);
     EXPECT_NEAR(out[1], static_cast<double>((3.1L - 6.1L + 4 * kPiL) / 3 - 2 * kPiL), 1e-15);
 
-    // A turning phase, wrapped: each point is the mean of the true phase
-    // over its span, brought into [-pi, pi].
+    // A rising and a falling phase, wrapped (their means pass pi and -pi):
+    // each point is the mean of the true phase over its span, brought into
+    // [-pi, pi].
     const int32_t n = 200;
     std::mt19937 rng(5);
     std::uniform_real_distribution<double> jitter(-0.2, 0.2);
     std::vector<long double> truth(n);
     std::vector<double> wrapped(n), smoothed(n);
-    for (int32_t i = 0; i < n; ++i) {
-        truth[i] = 0.7L * i + jitter(rng) - 40.0L;
-        wrapped[i] = static_cast<double>(std::remainder(truth[i], 2 * kPiL));
-    }
-    ASSERT_EQ(vfpd_Smooth(wrapped.data(), smoothed.data(), n, 0, n, 9, 1), n);
-    for (int32_t i = 0; i < n; ++i) {
-        const long double mean = direct_mean(i, n, 9, [&](int32_t j) { return truth[j]; });
-        ASSERT_LE(std::fabs(smoothed[i]), kPiL) << i;
-        ASSERT_NEAR(static_cast<double>(std::remainder(smoothed[i] - mean, 2 * kPiL)), 0.0, 1e-12) << i;
+    for (long double slope : {0.7L, -0.7L}) {
+        for (int32_t i = 0; i < n; ++i) {
+            truth[i] = slope * i + jitter(rng) - 40.0L;
+            wrapped[i] = static_cast<double>(std::remainder(truth[i], 2 * kPiL));
+        }
+        ASSERT_EQ(vfpd_Smooth(wrapped.data(), smoothed.data(), n, 0, n, 9, 1), n);
+        for (int32_t i = 0; i < n; ++i) {
+            const long double mean = direct_mean(i, n, 9, [&](int32_t j) { return truth[j]; });
+            ASSERT_LE(std::fabs(smoothed[i]), kPiL) << i;
+            ASSERT_NEAR(static_cast<double>(std::remainder(smoothed[i] - mean, 2 * kPiL)), 0.0, 1e-12) << i;
+        }
     }
 }
 
@@ -137,6 +146,12 @@ TEST(TraceSmoothCpx, PolarAverageWithExchangedPartsAtWidthOne)
         EXPECT_NEAR(out[2 * i + 1], 0.6, 1e-15) << i;
     }
     EXPECT_EQ(out[10], kUnwritten);
+    // The same sliding sums: on the positive imaginary axis the angle is 0
+    // and the magnitudes drift as in the plain average.
+    const std::vector<double> drift = {0, 0x1p53, 0, 1, 0, 0, 0, 0, 0, 0};
+    ASSERT_EQ(vfpd_SmoothCpx(drift.data(), out.data(), 5, 0, 5, 3), 5);
+    const double drifted[5] = {0x1p53, 0x1p53 / 3, 0.0, -1.0 / 3, 0.0};
+    for (int32_t i = 0; i < 5; ++i) EXPECT_EQ(out[2 * i], drifted[i]) << i;
 
     // Random points against the direct polar mean of each span.
     const int32_t m = 300;

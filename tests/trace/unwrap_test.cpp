@@ -42,6 +42,14 @@ TEST(TraceUnwrap, FollowsRampsInOneCall)
             ASSERT_NEAR(phase[k], static_cast<double>(1.0L + slope * k), 1e-11) << "slope " << static_cast<double>(slope) << " k " << k;
         EXPECT_EQ(phase[n], kUnwritten);
     }
+    // Any step that is not >= -pi turns the count up, a NaN step included:
+    // a NaN point and the point after it each add a turn.
+    std::vector<double> gap = ramp(5, 0.5L, 0.0L);
+    gap[4] = gap[5] = std::nan("");  // point 2
+    std::vector<double> phase(5);
+    vfpd_UnwrapPhase(gap.data(), 0, 5, phase.data());
+    EXPECT_TRUE(std::isnan(phase[2]));
+    for (int k : {0, 1, 3, 4}) EXPECT_NEAR(phase[k], static_cast<double>(0.5L + (k > 2 ? 4 * kPiL : 0)), 1e-14) << k;
 }
 
 TEST(TraceUnwrap, ContinuedCallsMatchOneCall)
