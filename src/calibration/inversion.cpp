@@ -14,7 +14,8 @@ namespace {
 class Permutation {
 public:
     explicit Permutation(uint32_t n)
-        : heap_(n > kInline ? static_cast<int32_t *>(allocate_bytes(sizeof(int32_t) * n)) : nullptr),
+        : heap_(n > kInline ? static_cast<int32_t *>(allocate_bytes(sizeof(int32_t) * n))
+                            : nullptr),
           perm_(heap_ ? heap_ : inline_)
     {
         for (uint32_t i = 0; i < n; ++i) perm_[i] = static_cast<int32_t>(i);
@@ -40,7 +41,9 @@ bool invert_in_place(Matrix &m)
 {
     const uint32_t n = m.rows();
     Complex *a = m.unique_elements();
-    auto at = [a, n](uint32_t i, uint32_t j) -> Complex & { return a[static_cast<std::size_t>(i) * n + j]; };
+    auto at = [a, n](uint32_t i, uint32_t j) -> Complex & {
+        return a[static_cast<std::size_t>(i) * n + j];
+    };
     Permutation perm(n);
 
     for (uint32_t k = 0; k < n; ++k) {

@@ -67,9 +67,8 @@ extern "C" int32_t ApplyEnhancedResponse(const double *directivity, const double
                                          const double *transmissionTracking,
                                          const double *measuredReflection,
                                          const double *measuredTransmission,
-                                         double *correctedReflection,
-                                         double *correctedTransmission, int32_t start,
-                                         int32_t stop, unsigned char useLoadMatch)
+                                         double *correctedReflection, double *correctedTransmission,
+                                         int32_t start, int32_t stop, unsigned char useLoadMatch)
 {
     using namespace dsp_calib;
     for (int32_t k = start; k < stop; ++k) {

@@ -11,10 +11,12 @@ int32_t live_records;
 // Guards the slots against an acquire or release nested inside another
 // (a nested one bypasses the cache).
 int32_t reentry;
+AllocationHook allocation_hook;
 
 // The record header and its elements in one block: elements follow the
 // header, which keeps them aligned for doubles.
-constexpr std::size_t kHeaderBytes = (sizeof(MatrixStorage) + alignof(Complex) - 1) / alignof(Complex) * alignof(Complex);
+constexpr std::size_t kHeaderBytes =
+    (sizeof(MatrixStorage) + alignof(Complex) - 1) / alignof(Complex) * alignof(Complex);
 
 MatrixStorage *allocate_record(uint32_t rows, uint32_t cols)
 {
@@ -41,6 +43,7 @@ const char *BadAllocation::what() const noexcept { return "bad allocation"; }
 void *allocate_bytes(std::size_t bytes)
 {
     try {
+        if (allocation_hook) allocation_hook(bytes);
         return ::operator new(bytes);
     } catch (const std::bad_alloc &) {
         throw BadAllocation();
@@ -48,6 +51,8 @@ void *allocate_bytes(std::size_t bytes)
 }
 
 void free_bytes(void *p) noexcept { ::operator delete(p); }
+
+void set_allocation_hook(AllocationHook hook) { allocation_hook = hook; }
 
 MatrixStorage *acquire_storage(uint32_t rows, uint32_t cols)
 {

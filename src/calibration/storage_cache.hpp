@@ -24,9 +24,16 @@ public:
     const char *what() const noexcept override;
 };
 
-// Raw bytes from the global allocator; failure throws BadAllocation.
+// Raw bytes from the global allocator; failure throws BadAllocation. Every
+// allocation of the error-correction code goes through here.
 void *allocate_bytes(std::size_t bytes);
 void free_bytes(void *p) noexcept;
+
+// Called with the byte size before every allocate_bytes when set: lets tests
+// and diagnostics count the allocations, or make one fail by throwing
+// std::bad_alloc (which then surfaces as BadAllocation). Null by default.
+using AllocationHook = void (*)(std::size_t bytes);
+void set_allocation_hook(AllocationHook hook);
 
 // One record shared by every matrix handle that refers to it. Elements are
 // row-major: (i, j) at i * cols + j.

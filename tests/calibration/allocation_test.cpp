@@ -22,18 +22,23 @@ struct Sweep {
     explicit Sweep(std::size_t points) : n(points)
     {
         std::mt19937 gen(1);
-        for (V *v : {&a, &b, &c, &out1, &out2, &out3, &out4}) *v = calib_test::random_points(n, gen, 0.1, 1.0);
+        for (V *v : {&a, &b, &c, &out1, &out2, &out3, &out4})
+            *v = calib_test::random_points(n, gen, 0.1, 1.0);
         g0.assign(n, C(1, 0));
         g1.assign(n, C(-1, 0));
         g2.assign(n, C(0, 0));
     }
     int32_t stop() const { return int32_t(n); }
-    void terms() { Compute1PortTerms(out1.data(), out2.data(), out3.data(), g0.data(), g1.data(), g2.data(), 0, stop()); }
+    void terms()
+    {
+        Compute1PortTerms(out1.data(), out2.data(), out3.data(), g0.data(), g1.data(), g2.data(), 0,
+                          stop());
+    }
     void two_port()
     {
-        Correct2Port(a.data(), b.data(), c.data(), a.data(), b.data(), c.data(), a.data(), b.data(), g2.data(),
-                     nullptr, nullptr, g2.data(), a.data(), b.data(), c.data(), g0.data(), out1.data(), out2.data(),
-                     out3.data(), out4.data(), 0, stop());
+        Correct2Port(a.data(), b.data(), c.data(), a.data(), b.data(), c.data(), a.data(), b.data(),
+                     g2.data(), nullptr, nullptr, g2.data(), a.data(), b.data(), c.data(),
+                     g0.data(), out1.data(), out2.data(), out3.data(), out4.data(), 0, stop());
     }
     void invert4() { invert(out1.data(), 2); }
     void multiply() { MatrixMult(a.data(), b.data(), out1.data(), 4, 2, 2); }
@@ -72,9 +77,11 @@ TEST(CalibStorage, PointsReuseStorageAndNothingStaysLive)
     // One-port correction and enhanced response allocate nothing at all.
     Sweep sweep(100);
     CountAllocations count;
-    Correct1Port(sweep.a.data(), sweep.b.data(), sweep.c.data(), sweep.g0.data(), sweep.out1.data(), 0, 100);
-    ApplyEnhancedResponse(sweep.a.data(), sweep.b.data(), sweep.c.data(), sweep.a.data(), sweep.b.data(),
-                          sweep.g0.data(), sweep.g1.data(), sweep.out1.data(), sweep.out2.data(), 0, 100, 1);
+    Correct1Port(sweep.a.data(), sweep.b.data(), sweep.c.data(), sweep.g0.data(), sweep.out1.data(),
+                 0, 100);
+    ApplyEnhancedResponse(sweep.a.data(), sweep.b.data(), sweep.c.data(), sweep.a.data(),
+                          sweep.b.data(), sweep.g0.data(), sweep.g1.data(), sweep.out1.data(),
+                          sweep.out2.data(), 0, 100, 1);
     EXPECT_EQ(count.count(), 0);
 }
 

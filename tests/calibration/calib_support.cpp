@@ -1,16 +1,11 @@
 #include "calibration/calib_support.hpp"
 
-#include <cstdlib>
+#include "calibration/storage_cache.hpp"
+
 #include <new>
 #include <utility>
 
 namespace calib_test {
-
-Allocations &allocations()
-{
-    static Allocations state;
-    return state;
-}
 
 std::vector<CL> reference_inverse(const std::vector<C> &a, int n)
 {
@@ -46,23 +41,26 @@ std::vector<CL> reference_inverse(const std::vector<C> &a, int n)
     return inv;
 }
 
-}  // namespace calib_test
+namespace {
+long allocation_count;
+long failing_from;
 
-void *operator new(std::size_t bytes)
+void count_allocation(std::size_t)
 {
-    calib_test::Allocations &a = calib_test::allocations();
-    if (a.counting) {
-        const long k = a.count++;
-        if (a.fail_from >= 0 && k >= a.fail_from) throw std::bad_alloc();
-    }
-    if (void *p = std::malloc(bytes ? bytes : 1)) return p;
-    throw std::bad_alloc();
+    const long k = allocation_count++;
+    if (failing_from >= 0 && k >= failing_from) throw std::bad_alloc();
+}
+}  // namespace
+
+CountAllocations::CountAllocations(long fail_from)
+{
+    allocation_count = 0;
+    failing_from = fail_from;
+    dsp_calib::set_allocation_hook(count_allocation);
 }
 
-// The pair is malloc/free underneath; g++ cannot see that the operator new
-// it pairs with is this one.
-#if defined(__GNUC__) && !defined(__clang__)
-#pragma GCC diagnostic ignored "-Wmismatched-new-delete"
-#endif
-void operator delete(void *p) noexcept { std::free(p); }
-void operator delete(void *p, std::size_t) noexcept { std::free(p); }
+CountAllocations::~CountAllocations() { dsp_calib::set_allocation_hook(nullptr); }
+
+long CountAllocations::count() const { return allocation_count; }
+
+}  // namespace calib_test

@@ -1,6 +1,6 @@
 // Shared helpers of the error-correction tests: random complex values, a
-// long-double reference inverse and a global operator new that can count
-// and fail allocations.
+// long-double reference inverse, and counting (and failing) the allocations
+// of the matrix code.
 #pragma once
 
 #include <complex>
@@ -31,21 +31,15 @@ inline std::vector<C> random_points(std::size_t n, std::mt19937 &gen, double lo,
 // double with complete pivoting.
 std::vector<CL> reference_inverse(const std::vector<C> &a, int n);
 
-// Operator new of the test binary: while counting, every allocation is
-// counted, and from the fail_from-th one on each throws std::bad_alloc.
-struct Allocations {
-    bool counting = false;
-    long count = 0;
-    long fail_from = -1;
-};
-Allocations &allocations();
-
-// Counts the allocations made while it lives.
+// Counts the allocations of the matrix code while it lives; from the
+// fail_from-th one on (0 = the next), each throws std::bad_alloc.
 class CountAllocations {
 public:
-    explicit CountAllocations(long fail_from = -1) { allocations() = {true, 0, fail_from}; }
-    ~CountAllocations() { allocations().counting = false; }
-    long count() const { return allocations().count; }
+    explicit CountAllocations(long fail_from = -1);
+    ~CountAllocations();
+    CountAllocations(const CountAllocations &) = delete;
+    CountAllocations &operator=(const CountAllocations &) = delete;
+    long count() const;
 };
 
 }  // namespace calib_test

@@ -44,7 +44,8 @@ TEST(CalibComplex, DivisionMatchesTheQuotientAndGivesNanOnBadDivisors)
         const calib_test::C x = calib_test::random_polar(gen, 1e-3, 1e3);
         const calib_test::C y = calib_test::random_polar(gen, 1e-3, 1e3);
         const Complex q = divide({x.real(), x.imag()}, {y.real(), y.imag()});
-        const calib_test::CL ref = calib_test::CL(x.real(), x.imag()) / calib_test::CL(y.real(), y.imag());
+        const calib_test::CL ref =
+            calib_test::CL(x.real(), x.imag()) / calib_test::CL(y.real(), y.imag());
         EXPECT_LE(std::abs(calib_test::CL(q.re, q.im) - ref), 4e-16L * std::abs(ref));
     }
     EXPECT_EQ(divide({3.0, 1.0}, {0.0, 2.0}).re, 0.5);  // hand-derived
@@ -82,7 +83,8 @@ TEST(CalibMatrix, HandlesShareUntilOneWrites)
         b = a;  // b's own record is released
         EXPECT_EQ(live(), 1);
         EXPECT_EQ(a.references(), 2);
-        b = b;
+        const Matrix &same = b;
+        b = same;
         a = b;
         EXPECT_EQ(a.references(), 2);
         EXPECT_EQ(a.get(1).im, -1.0);
@@ -112,8 +114,9 @@ TEST(CalibMatrix, CacheKeepsFourMostRecentAndEmptiesWithTheLastLive)
         const Complex *third = nullptr;
         {
             // Released last to first: 1 x 5 goes in first and is pushed out.
-            Matrix m1 = Matrix::acquire(1, 1), m2 = Matrix::acquire(1, 2), m3 = Matrix::acquire(1, 3),
-                   m4 = Matrix::acquire(1, 4), m5 = Matrix::acquire(1, 5);
+            Matrix m1 = Matrix::acquire(1, 1), m2 = Matrix::acquire(1, 2),
+                   m3 = Matrix::acquire(1, 3), m4 = Matrix::acquire(1, 4),
+                   m5 = Matrix::acquire(1, 5);
             third = m3.elements();
             EXPECT_EQ(live(), 6);
         }
@@ -165,8 +168,10 @@ TEST(CalibMatrix, ProductMatchesLongDoubleSumsStartingFromZero)
                 const auto a = calib_test::random_points(rows * inner, gen, 0.1, 10.0);
                 const auto b = calib_test::random_points(inner * cols, gen, 0.1, 10.0);
                 const Matrix q = dsp_calib::product(
-                    Matrix::from_array(rows, inner, reinterpret_cast<const double *>(a.data()), false),
-                    Matrix::from_array(inner, cols, reinterpret_cast<const double *>(b.data()), false));
+                    Matrix::from_array(rows, inner, reinterpret_cast<const double *>(a.data()),
+                                       false),
+                    Matrix::from_array(inner, cols, reinterpret_cast<const double *>(b.data()),
+                                       false));
                 ASSERT_EQ(q.rows(), rows);
                 ASSERT_EQ(q.cols(), cols);
                 for (uint32_t i = 0; i < rows; ++i)
@@ -174,16 +179,20 @@ TEST(CalibMatrix, ProductMatchesLongDoubleSumsStartingFromZero)
                         calib_test::CL sum = 0;
                         long double bound = 0;
                         for (uint32_t k = 0; k < inner; ++k) {
-                            sum += calib_test::CL(a[i * inner + k]) * calib_test::CL(b[k * cols + j]);
-                            bound += std::abs(calib_test::CL(a[i * inner + k]) * calib_test::CL(b[k * cols + j]));
+                            sum +=
+                                calib_test::CL(a[i * inner + k]) * calib_test::CL(b[k * cols + j]);
+                            bound += std::abs(calib_test::CL(a[i * inner + k]) *
+                                              calib_test::CL(b[k * cols + j]));
                         }
                         const Complex v = q.get(i * cols + j);
-                        EXPECT_LE(std::abs(calib_test::CL(v.re, v.im) - sum), 1e-15L * inner * bound);
+                        EXPECT_LE(std::abs(calib_test::CL(v.re, v.im) - sum),
+                                  1e-15L * inner * bound);
                     }
             }
     // (-1, 0) x (0, 0) is (-0, +0); added to the (0, 0) start it is +0.
     const double a[] = {-1.0, 0.0}, b[] = {0.0, 0.0};
-    const Matrix q = dsp_calib::product(Matrix::from_array(1, 1, a, false), Matrix::from_array(1, 1, b, false));
+    const Matrix q =
+        dsp_calib::product(Matrix::from_array(1, 1, a, false), Matrix::from_array(1, 1, b, false));
     EXPECT_FALSE(std::signbit(q.get(0).re));
 }
 

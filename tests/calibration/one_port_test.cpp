@@ -22,9 +22,11 @@ constexpr long double kPiL = 3.141592653589793238462643383279L;
 struct PortTerms {
     V d, s, r;
     PortTerms(std::size_t n, std::mt19937 &gen)
-        : d(calib_test::random_points(n, gen, 0.01, 0.2)), s(calib_test::random_points(n, gen, 0.01, 0.3)),
+        : d(calib_test::random_points(n, gen, 0.01, 0.2)),
+          s(calib_test::random_points(n, gen, 0.01, 0.3)),
           r(calib_test::random_points(n, gen, 0.5, 1.2))
-    {}
+    {
+    }
     // What the analyzer reads for a true reflection g, m = D + R g / (1 - S g),
     // formed in long double.
     C measure(std::size_t k, C g) const
@@ -85,8 +87,8 @@ TEST(CalibOnePort, CalibrationRecoversTermsAndCorrectsDevices)
         // Points outside [2, n - 3) are not touched.
         const C mark(-9, -9);
         m0[1] = m1[1] = m2[1] = m0[n - 3] = mark;
-        ASSERT_EQ(Compute1PortTerms(m0.data(), m1.data(), m2.data(), kit.open.data(), kit.shrt.data(),
-                                    kit.load.data(), 2, int32_t(n - 3)),
+        ASSERT_EQ(Compute1PortTerms(m0.data(), m1.data(), m2.data(), kit.open.data(),
+                                    kit.shrt.data(), kit.load.data(), 2, int32_t(n - 3)),
                   0);
         EXPECT_EQ(m0[1], mark);
         EXPECT_EQ(m2[1], mark);
@@ -98,15 +100,16 @@ TEST(CalibOnePort, CalibrationRecoversTermsAndCorrectsDevices)
         const V device = calib_test::random_points(n, gen, 0.0, 1.0);
         V measured(n), corrected(n, mark);
         for (std::size_t k = 0; k < n; ++k) measured[k] = truth.measure(k, device[k]);
-        EXPECT_EQ(Correct1Port(m0.data(), m1.data(), m2.data(), measured.data(), corrected.data(), 2,
-                               int32_t(n - 3)),
+        EXPECT_EQ(Correct1Port(m0.data(), m1.data(), m2.data(), measured.data(), corrected.data(),
+                               2, int32_t(n - 3)),
                   int32_t(n - 5));
         EXPECT_LE(max_error(corrected, device, 2, n - 3), 2e-14);
         EXPECT_EQ(corrected[1], mark);
         EXPECT_EQ(corrected[n - 3], mark);
         // In place gives the same values.
         V in_place = measured;
-        Correct1Port(m0.data(), m1.data(), m2.data(), in_place.data(), in_place.data(), 2, int32_t(n - 3));
+        Correct1Port(m0.data(), m1.data(), m2.data(), in_place.data(), in_place.data(), 2,
+                     int32_t(n - 3));
         for (std::size_t k = 2; k < n - 3; ++k) EXPECT_EQ(in_place[k], corrected[k]);
     }
 }
@@ -118,11 +121,14 @@ TEST(CalibOnePort, IdealTermsEmptyRangesAndDegeneratePoints)
     const V zero(n, C(0, 0)), one(n, C(1, 0));
     const V measured = calib_test::random_points(n, gen, 0.0, 2.0);
     V out(n, C(5, 5));
-    EXPECT_EQ(Correct1Port(zero.data(), zero.data(), one.data(), measured.data(), out.data(), 0, int32_t(n)),
+    EXPECT_EQ(Correct1Port(zero.data(), zero.data(), one.data(), measured.data(), out.data(), 0,
+                           int32_t(n)),
               int32_t(n));
     EXPECT_EQ(out, measured);
     V untouched(n, C(5, 5));
-    EXPECT_EQ(Correct1Port(zero.data(), zero.data(), one.data(), measured.data(), untouched.data(), 9, 4), -5);
+    EXPECT_EQ(
+        Correct1Port(zero.data(), zero.data(), one.data(), measured.data(), untouched.data(), 9, 4),
+        -5);
     EXPECT_EQ(untouched, V(n, C(5, 5)));
 
     // Zero directivity and tracking with a zero measurement divide by zero:
@@ -144,7 +150,9 @@ TEST(CalibOnePort, IdealTermsEmptyRangesAndDegeneratePoints)
     m0[1] = 0.1 + 0.5 * 1.0 / (1.0 - 0.2);  // D 0.1, S 0.2, R 0.5: open, short, load
     m1[1] = 0.1 + 0.5 * -1.0 / (1.0 + 0.2);
     m2[1] = 0.1;
-    EXPECT_EQ(Compute1PortTerms(m0.data(), m1.data(), m2.data(), g0.data(), g1.data(), g2.data(), 0, 2), 0);
+    EXPECT_EQ(
+        Compute1PortTerms(m0.data(), m1.data(), m2.data(), g0.data(), g1.data(), g2.data(), 0, 2),
+        0);
     EXPECT_EQ(m0[0], m1_at_0);
     EXPECT_EQ(m1[0], -m1_at_0);
     const C rr(m1_at_0.real() * m1_at_0.real() - m1_at_0.imag() * m1_at_0.imag(),
@@ -181,8 +189,10 @@ TEST(CalibOnePort, EnhancedResponseUndoesTheForwardModel)
     const std::size_t n = 501;
     std::mt19937 gen(13);
     const PortTerms truth(n, gen);
-    const V l = calib_test::random_points(n, gen, 0.01, 0.2), t = calib_test::random_points(n, gen, 0.5, 1.2);
-    const V s11 = calib_test::random_points(n, gen, 0.0, 0.5), s21 = calib_test::random_points(n, gen, 0.1, 1.0);
+    const V l = calib_test::random_points(n, gen, 0.01, 0.2),
+            t = calib_test::random_points(n, gen, 0.5, 1.2);
+    const V s11 = calib_test::random_points(n, gen, 0.0, 0.5),
+            s21 = calib_test::random_points(n, gen, 0.1, 1.0);
     V m(n), s(n), g1(n);
     for (std::size_t k = 0; k < n; ++k) {
         const CL gl = CL(s11[k]) + CL(l[k]) * CL(s21[k]) * CL(s21[k]);
@@ -193,36 +203,40 @@ TEST(CalibOnePort, EnhancedResponseUndoesTheForwardModel)
     }
     for (unsigned char use_load : {0, 1}) {
         V refl(n), trans(n);
-        EXPECT_EQ(ApplyEnhancedResponse(truth.d.data(), truth.s.data(), truth.r.data(), l.data(), t.data(),
-                                        m.data(), s.data(), refl.data(), trans.data(), 0, int32_t(n), use_load),
+        EXPECT_EQ(ApplyEnhancedResponse(truth.d.data(), truth.s.data(), truth.r.data(), l.data(),
+                                        t.data(), m.data(), s.data(), refl.data(), trans.data(), 0,
+                                        int32_t(n), use_load),
                   int32_t(n));
         EXPECT_LE(max_error(trans, s21, 0, n), 1e-14);
         EXPECT_LE(max_error(refl, use_load ? s11 : g1, 0, n), 1e-14);
         // Each output alone gives the same values; none at all writes nothing.
         V refl_only(n), trans_only(n);
-        ApplyEnhancedResponse(truth.d.data(), truth.s.data(), truth.r.data(), l.data(), t.data(), m.data(),
-                              s.data(), refl_only.data(), nullptr, 0, int32_t(n), use_load);
-        ApplyEnhancedResponse(truth.d.data(), truth.s.data(), truth.r.data(), l.data(), t.data(), m.data(),
-                              s.data(), nullptr, trans_only.data(), 0, int32_t(n), use_load);
+        ApplyEnhancedResponse(truth.d.data(), truth.s.data(), truth.r.data(), l.data(), t.data(),
+                              m.data(), s.data(), refl_only.data(), nullptr, 0, int32_t(n),
+                              use_load);
+        ApplyEnhancedResponse(truth.d.data(), truth.s.data(), truth.r.data(), l.data(), t.data(),
+                              m.data(), s.data(), nullptr, trans_only.data(), 0, int32_t(n),
+                              use_load);
         EXPECT_EQ(refl_only, refl);
         EXPECT_EQ(trans_only, trans);
     }
     const V m_before = m, s_before = s;
-    EXPECT_EQ(ApplyEnhancedResponse(truth.d.data(), truth.s.data(), truth.r.data(), l.data(), t.data(), m.data(),
-                                    s.data(), nullptr, nullptr, 0, int32_t(n), 1),
-              int32_t(n));
+    EXPECT_EQ(
+        ApplyEnhancedResponse(truth.d.data(), truth.s.data(), truth.r.data(), l.data(), t.data(),
+                              m.data(), s.data(), nullptr, nullptr, 0, int32_t(n), 1),
+        int32_t(n));
     EXPECT_EQ(m, m_before);
     EXPECT_EQ(s, s_before);
     V out(n, C(5, 5));
-    EXPECT_EQ(ApplyEnhancedResponse(truth.d.data(), truth.s.data(), truth.r.data(), l.data(), t.data(), m.data(),
-                                    s.data(), out.data(), out.data(), 7, 7, 0),
+    EXPECT_EQ(ApplyEnhancedResponse(truth.d.data(), truth.s.data(), truth.r.data(), l.data(),
+                                    t.data(), m.data(), s.data(), out.data(), out.data(), 7, 7, 0),
               0);
     EXPECT_EQ(out, V(n, C(5, 5)));
     // Ideal terms with T = 1 pass both measurements through unchanged.
     const V zero(n, C(0, 0)), one(n, C(1, 0));
     V refl(n), trans(n);
-    ApplyEnhancedResponse(zero.data(), zero.data(), one.data(), l.data(), one.data(), m.data(), s.data(), refl.data(),
-                          trans.data(), 0, int32_t(n), 0);
+    ApplyEnhancedResponse(zero.data(), zero.data(), one.data(), l.data(), one.data(), m.data(),
+                          s.data(), refl.data(), trans.data(), 0, int32_t(n), 0);
     EXPECT_EQ(refl, m);
     EXPECT_EQ(trans, s);
 }
