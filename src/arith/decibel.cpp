@@ -4,17 +4,6 @@
 
 #include <cmath>
 
-namespace {
-// Parts beyond +-1e100 are pinned there (NaN to the lower bound) so the
-// squared magnitude stays finite.
-inline double clamp_part(double v)
-{
-    if (v > dsp_core::kHuge) return dsp_core::kHuge;
-    if (!(v >= -dsp_core::kHuge)) return -dsp_core::kHuge;
-    return v;
-}
-}  // namespace
-
 extern "C" int32_t dspi_db(dsp *s, double factor)
 {
     using dsp_core::kLogFloor;
@@ -28,8 +17,9 @@ extern "C" int32_t dspi_db(dsp *s, double factor)
         return 0;
     }
     for (int32_t i = 0; i < s->points; ++i) {
-        const double re = clamp_part(d[2 * i]);
-        const double im = clamp_part(d[2 * i + 1]);
+        // Parts pinned to +-1e100 (NaN to the lower bound) keep the power finite.
+        const double re = dsp_core::clamp_huge(d[2 * i]);
+        const double im = dsp_core::clamp_huge(d[2 * i + 1]);
         const double p = re * re + im * im;
         if (p >= kLogFloor) {
             d[2 * i] = std::log10(p) * factor * 0.5;

@@ -47,8 +47,14 @@ void scale_to_int(const T *src, int32_t n, T lo, T hi, int32_t *dst, int32_t out
 
 #if defined(__SSE2__)
 // The SSE2 conversion gives INT32_MIN for NaN and for anything out of range.
-// Flipping every bit where v >= 2^31 turns that into INT32_MAX, and masking
+// That value is rare in a trace, so it is looked for first; where it shows,
+// flipping every bit where v >= 2^31 turns it into INT32_MAX, and masking
 // with "v is ordered" turns NaN into 0: the scalar rules exactly.
+inline bool any_indefinite(__m128i converted)
+{
+    return _mm_movemask_epi8(_mm_cmpeq_epi32(converted, _mm_set1_epi32(INT32_MIN))) != 0;
+}
+
 inline __m128i fix_conversion(__m128i converted, __m128 too_big, __m128 ordered)
 {
     converted = _mm_xor_si128(converted, _mm_castps_si128(too_big));
@@ -88,7 +94,8 @@ void vfpsb_ScaleToInt2(const float *src, int32_t n, float lo, float hi, int32_t 
     const __m128 limit = _mm_set1_ps(2147483648.0f);
     for (; i + 4 <= n; i += 4) {
         __m128 v = _mm_add_ps(_mm_mul_ps(_mm_sub_ps(_mm_loadu_ps(src + i), low), scale), offset);
-        __m128i r = fix_conversion(_mm_cvttps_epi32(v), _mm_cmpge_ps(v, limit), _mm_cmpord_ps(v, v));
+        __m128i r = _mm_cvttps_epi32(v);
+        if (any_indefinite(r)) r = fix_conversion(r, _mm_cmpge_ps(v, limit), _mm_cmpord_ps(v, v));
         _mm_storeu_si128(reinterpret_cast<__m128i *>(dst + i), r);
     }
 #endif
@@ -110,8 +117,9 @@ void vfpdb_ScaleToInt2(const double *src, int32_t n, double lo, double hi, int32
         __m128d v0 = _mm_add_pd(_mm_mul_pd(_mm_sub_pd(_mm_loadu_pd(src + i), low), scale), offset);
         __m128d v1 = _mm_add_pd(_mm_mul_pd(_mm_sub_pd(_mm_loadu_pd(src + i + 2), low), scale), offset);
         __m128i r = _mm_unpacklo_epi64(_mm_cvttpd_epi32(v0), _mm_cvttpd_epi32(v1));
-        r = fix_conversion(r, narrow_masks(_mm_cmpge_pd(v0, limit), _mm_cmpge_pd(v1, limit)),
-                           narrow_masks(_mm_cmpord_pd(v0, v0), _mm_cmpord_pd(v1, v1)));
+        if (any_indefinite(r))
+            r = fix_conversion(r, narrow_masks(_mm_cmpge_pd(v0, limit), _mm_cmpge_pd(v1, limit)),
+                               narrow_masks(_mm_cmpord_pd(v0, v0), _mm_cmpord_pd(v1, v1)));
         _mm_storeu_si128(reinterpret_cast<__m128i *>(dst + i), r);
     }
 #endif

@@ -53,6 +53,32 @@ double wrap_phase(double m)
     return m;
 }
 
+// Sum of term(j) over the span [i - h, i + h] of successive points: rebuilt
+// whenever the width changes (and for the first point), otherwise slid by
+// one element. The running sum's rounding drift is accepted for the speed.
+template <typename Term>
+class SlidingSum {
+public:
+    explicit SlidingSum(Term term) : term_(term) {}
+
+    double over(int32_t i, int32_t h)
+    {
+        if (2 * h + 1 != width_) {
+            width_ = 2 * h + 1;
+            sum_ = 0.0;
+            for (int32_t j = i - h; j <= i + h; ++j) sum_ += term_(j);
+        } else {
+            sum_ = sum_ - term_(i - h - 1) + term_(i + h);
+        }
+        return sum_;
+    }
+
+private:
+    Term term_;
+    double sum_ = 0.0;
+    int32_t width_ = 0;
+};
+
 // Sum of the span [i - h, i + h] unwrapped as it goes. Each element is
 // compared with the one before it, the first included, so a span that starts
 // just after a jump already carries the turn.
@@ -103,21 +129,9 @@ int32_t vfpd_Smooth(const double *src, double *dst, int32_t n, int32_t start, in
             dst[i] = wrap_phase(unwrapped_span_sum(src, i, h) / (2 * h + 1));
         });
     }
-    // The sum is rebuilt whenever the width changes and otherwise slides by
-    // one element; its rounding drift is accepted for the speed.
-    double sum = 0.0;
-    int32_t previous_width = 0;
-    return for_each_span(n, start, stop, aperture, [&](int32_t i, int32_t h) {
-        const int32_t width = 2 * h + 1;
-        if (width != previous_width) {
-            sum = 0.0;
-            for (int32_t j = i - h; j <= i + h; ++j) sum += src[j];
-        } else {
-            sum = sum - src[i - h - 1] + src[i + h];
-        }
-        previous_width = width;
-        dst[i] = sum / width;
-    });
+    SlidingSum sum([src](int32_t j) { return src[j]; });
+    return for_each_span(n, start, stop, aperture,
+                         [&](int32_t i, int32_t h) { dst[i] = sum.over(i, h) / (2 * h + 1); });
 }
 
 int32_t vfpd_SmoothCpx(const double *src, double *dst, int32_t n, int32_t start, int32_t stop,
@@ -127,26 +141,12 @@ int32_t vfpd_SmoothCpx(const double *src, double *dst, int32_t n, int32_t start,
     if (status != kProceed) return status;
 
     // Magnitudes and angles are averaged separately, the angles without
-    // unwrapping; both sums slide like the plain average's.
-    double magnitudes = 0.0;
-    double angles = 0.0;
-    int32_t previous_width = 0;
+    // unwrapping.
+    SlidingSum magnitudes([src](int32_t j) { return magnitude(src, j); });
+    SlidingSum angles([src](int32_t j) { return angle(src, j); });
     return for_each_span(n, start, stop, aperture, [&](int32_t i, int32_t h) {
-        const int32_t width = 2 * h + 1;
-        if (width != previous_width) {
-            magnitudes = 0.0;
-            angles = 0.0;
-            for (int32_t j = i - h; j <= i + h; ++j) {
-                magnitudes += magnitude(src, j);
-                angles += angle(src, j);
-            }
-        } else {
-            magnitudes = magnitudes - magnitude(src, i - h - 1) + magnitude(src, i + h);
-            angles = angles - angle(src, i - h - 1) + angle(src, i + h);
-        }
-        previous_width = width;
-        const double mean_magnitude = magnitudes / width;
-        const double mean_angle = angles / width;
+        const double mean_magnitude = magnitudes.over(i, h) / (2 * h + 1);
+        const double mean_angle = angles.over(i, h) / (2 * h + 1);
         double *out = dst + 2 * static_cast<std::ptrdiff_t>(i);
         out[0] = mean_magnitude * std::cos(mean_angle);
         out[1] = mean_magnitude * std::sin(mean_angle);

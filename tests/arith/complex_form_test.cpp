@@ -1,5 +1,6 @@
 // Complex and polar readings of a record.
 #include "support/alloc_hooks.hpp"
+#include "support/random_values.hpp"
 #include "support/record.hpp"
 
 #include <gtest/gtest.h>
@@ -18,14 +19,7 @@ namespace {
 const double kPi = 3.141592653589793;
 const double kNaN = std::numeric_limits<double>::quiet_NaN();
 
-V random_values(std::size_t n, unsigned seed, double scale = 10.0)
-{
-    std::mt19937 gen(seed);
-    std::uniform_real_distribution<double> dist(-scale, scale);
-    V v(n);
-    for (double &x : v) x = dist(gen);
-    return v;
-}
+V random_values(std::size_t n, unsigned seed, double scale = 10.0) { return dsp_test::uniform_values(n, seed, scale); }
 }  // namespace
 
 TEST(ComplexForm, RealToComplexGrowsInPlaceFromTheTop)

@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <cfloat>
 #include <cmath>
-#include <cstdint>
 #include <random>
 #include <vector>
 
@@ -17,53 +16,43 @@ using trace_test::kNaN;
 
 namespace {
 
-// Index into `indices` of the minimum a "replace unless >=" scan reports
-// when its candidate starts as the first listed element: after the last NaN
-// the next element takes over unconditionally, then the first of equal
-// minima of the rest wins (std::min_element).
-std::size_t min_position(const std::vector<double> &buf, const std::vector<int32_t> &indices)
+// Of the listed indices, in scan order, the one a "replace unless >="
+// search reports when its candidate starts as the first of them: after the
+// last NaN the next element takes over unconditionally, then the first of
+// equal minima of the rest wins (std::min_element).
+int32_t min_reference(const std::vector<double> &buf, const std::vector<int32_t> &order)
 {
-    std::size_t from = 0;
-    for (std::size_t p = 0; p < indices.size(); ++p)
-        if (std::isnan(buf[indices[p]])) from = p + 1 < indices.size() ? p + 1 : p;
-    auto less = [&](int32_t a, int32_t b) { return buf[a] < buf[b]; };
-    return static_cast<std::size_t>(std::min_element(indices.begin() + from, indices.end(), less) - indices.begin());
+    auto from = order.begin();
+    for (auto p = order.begin(); p != order.end(); ++p)
+        if (std::isnan(buf[*p])) from = p + 1 == order.end() ? p : p + 1;
+    return *std::min_element(from, order.end(), [&](int32_t a, int32_t b) { return buf[a] < buf[b]; });
 }
 
-// The maximum: std::max_element keeps its candidate unless something is
-// strictly greater, NaN never is, exactly the promised rule.
-int32_t max_reference(const std::vector<double> &buf, const std::vector<int32_t> &indices)
+// std::max_element keeps its candidate unless something is strictly
+// greater, which NaN never is: exactly the promised rule.
+int32_t max_reference(const std::vector<double> &buf, const std::vector<int32_t> &order)
 {
-    auto less = [&](int32_t a, int32_t b) { return buf[a] < buf[b]; };
-    return *std::max_element(indices.begin(), indices.end(), less);
+    return *std::max_element(order.begin(), order.end(), [&](int32_t a, int32_t b) { return buf[a] < buf[b]; });
 }
 
-std::vector<int32_t> range(int32_t from, int32_t to)
+// Indices of [start, stop) outside [exclStart, exclStop) in scan order; a
+// search starting inside the span begins at exclStop.
+std::vector<int32_t> searched(int32_t start, int32_t stop, int32_t exclStart = 0, int32_t exclStop = 0)
 {
-    std::vector<int32_t> r;
-    for (int32_t i = from; i < to; ++i) r.push_back(i);
-    return r;
-}
-
-// Indices of [start, stop) outside [exclStart, exclStop), in scan order:
-// when start is excluded the search begins at exclStop. Empty means -1.
-std::vector<int32_t> searched_indices(int32_t start, int32_t stop, int32_t exclStart, int32_t exclStop)
-{
-    int32_t first = start;
-    if (start >= exclStart && start < exclStop) first = exclStop;
+    const int32_t first = start >= exclStart && start < exclStop ? exclStop : start;
     std::vector<int32_t> r;
     for (int32_t i = first; i < stop; ++i)
-        if (i == first || !(i >= exclStart && i < exclStop)) r.push_back(i);
+        if (i == first || i < exclStart || i >= exclStop) r.push_back(i);
     return r;
 }
 
-// Small integers (many ties) with NaN and infinities sprinkled in.
-std::vector<double> tied_values(std::size_t n, unsigned seed, bool with_nan)
+// Small integers (many ties) with infinities and, if asked, NaN.
+std::vector<double> tied_values(unsigned seed, bool with_nan)
 {
     std::mt19937 rng(seed);
-    std::vector<double> v(n);
+    std::vector<double> v(40);
     for (double &x : v) {
-        unsigned pick = rng() % 20;
+        const unsigned pick = rng() % 20;
         x = pick == 0 && with_nan ? kNaN : pick == 1 ? kInf : pick == 2 ? -kInf : double(int(rng() % 9) - 4);
     }
     return v;
@@ -71,102 +60,71 @@ std::vector<double> tied_values(std::size_t n, unsigned seed, bool with_nan)
 
 }  // namespace
 
-TEST(TraceFindMax, MatchesMaxElementWithTiesNaNAndRanges)
+TEST(TraceFindMax, MatchesMaxElementWithTiesAndNaN)
 {
-    for (unsigned seed = 0; seed < 200; ++seed) {
-        const std::vector<double> buf = tied_values(40, seed, true);
-        const int32_t start = static_cast<int32_t>(seed % 13), stop = start + 2 + static_cast<int32_t>(seed % 27);
-        ASSERT_EQ(vfpd_FindMax(buf.data(), start, stop), max_reference(buf, range(start, stop))) << seed;
+    for (unsigned seed = 0; seed < 300; ++seed) {
+        std::vector<double> buf = tied_values(seed, true);
+        const int32_t start = seed % 13, stop = start + 2 + seed % 27;
+        if (seed % 5 == 0) buf[start] = kNaN;  // a NaN candidate is never replaced
+        ASSERT_EQ(vfpd_FindMax(buf.data(), start, stop), max_reference(buf, searched(start, stop))) << seed;
     }
-    // A NaN where the search starts is kept: nothing compares greater.
-    const std::vector<double> nan_first = {kNaN, 5.0, 9.0};
-    EXPECT_EQ(vfpd_FindMax(nan_first.data(), 0, 3), 0);
-    EXPECT_EQ(vfpd_FindMax(nan_first.data(), 1, 3), 2);
     // Fewer than two elements: start, without reading the buffer.
     EXPECT_EQ(vfpd_FindMax(nullptr, 5, 6), 5);
-    EXPECT_EQ(vfpd_FindMax(nullptr, 5, 5), 5);
     EXPECT_EQ(vfpd_FindMax(nullptr, 9, 2), 9);
     EXPECT_EQ(vfpd_FindMax(nullptr, INT32_MAX, INT32_MAX), INT32_MAX);
 }
 
 TEST(TraceFindMin, LeavesTheFirstElementOutAndTakesNaN)
 {
-    for (unsigned seed = 0; seed < 200; ++seed) {
-        std::vector<double> buf = tied_values(40, seed, seed % 2 == 0);
-        const int32_t start = static_cast<int32_t>(seed % 11), stop = start + 2 + static_cast<int32_t>(seed % 29);
-        // The scan covers start+1 .. stop-1 with a candidate at DBL_MAX.
-        std::vector<double> with_sentinel = buf;
-        const std::vector<int32_t> scanned = range(start + 1, stop);
-        std::vector<int32_t> order = {static_cast<int32_t>(buf.size())};
-        order.insert(order.end(), scanned.begin(), scanned.end());
-        with_sentinel.push_back(DBL_MAX);
-        const int32_t found = order[min_position(with_sentinel, order)];
-        const int32_t expected = found == static_cast<int32_t>(buf.size()) ? start : found;
-        ASSERT_EQ(vfpd_FindMin(buf.data(), start, stop), expected) << seed;
+    for (unsigned seed = 0; seed < 300; ++seed) {
+        // The scan covers start+1 .. stop-1 with a candidate at DBL_MAX,
+        // modelled as an extra element listed first.
+        std::vector<double> buf = tied_values(seed, seed % 2 == 0);
+        const int32_t start = seed % 11, stop = start + 2 + seed % 29;
+        std::vector<int32_t> order = searched(start + 1, stop);
+        order.insert(order.begin(), static_cast<int32_t>(buf.size()));
+        buf.push_back(DBL_MAX);
+        const int32_t found = min_reference(buf, order);
+        ASSERT_EQ(vfpd_FindMin(buf.data(), start, stop), found == order[0] ? start : found) << seed;
     }
     // Deliberate asymmetry: the first element is never compared.
     const std::vector<double> two = {-7.0, 3.0};
     EXPECT_EQ(vfpd_FindMin(two.data(), 0, 2), 1);
-    EXPECT_EQ(vfpd_FindMax(two.data(), 0, 2), 1);
-    const std::vector<double> two_down = {7.0, -3.0};
-    EXPECT_EQ(vfpd_FindMax(two_down.data(), 0, 2), 0);
+    EXPECT_EQ(vfpd_FindMax(std::vector<double>{7.0, -3.0}.data(), 0, 2), 0);
     // Nothing below the largest finite double: start.
-    const std::vector<double> high = {0.0, DBL_MAX, kInf, DBL_MAX};
-    EXPECT_EQ(vfpd_FindMin(high.data(), 0, 4), 0);
+    EXPECT_EQ(vfpd_FindMin(std::vector<double>{0.0, DBL_MAX, kInf}.data(), 0, 3), 0);
     // A NaN is taken, and the element after it replaces it whatever it is.
-    const std::vector<double> nans = {0.0, -5.0, kNaN, kInf, 1.0, kNaN};
+    const std::vector<double> nans = {0.0, -5.0, kNaN, kInf, 1.0};
     EXPECT_EQ(vfpd_FindMin(nans.data(), 0, 3), 2);
     EXPECT_EQ(vfpd_FindMin(nans.data(), 0, 4), 3);
     EXPECT_EQ(vfpd_FindMin(nans.data(), 0, 5), 4);
-    EXPECT_EQ(vfpd_FindMin(nans.data(), 0, 6), 5);
     EXPECT_EQ(vfpd_FindMin(nullptr, 3, 4), 3);
-    EXPECT_EQ(vfpd_FindMin(nullptr, 3, 1), 3);
 }
 
 TEST(TraceFindOutsideSpan, MatchesReferencesOverRandomSpans)
 {
     std::mt19937 rng(42);
-    for (int trial = 0; trial < 3000; ++trial) {
-        const std::vector<double> buf = tied_values(30, static_cast<unsigned>(trial), trial % 3 != 0);
-        const int32_t start = static_cast<int32_t>(rng() % 30), stop = static_cast<int32_t>(rng() % 31);
-        const int32_t exclStart = static_cast<int32_t>(rng() % 32) - 1, exclStop = static_cast<int32_t>(rng() % 32) - 1;
-        int32_t expected_max = -1, expected_min = -1;
+    for (unsigned trial = 0; trial < 3000; ++trial) {
+        const std::vector<double> buf = tied_values(trial, trial % 3 != 0);
+        const int32_t start = rng() % 30, stop = rng() % 31;
+        const int32_t exclStart = int32_t(rng() % 32) - 1, exclStop = int32_t(rng() % 32) - 1;
+        int32_t expected_max = start, expected_min = start;
         if (start >= exclStart && start < exclStop && exclStop >= stop) {
-            // the whole search lies in the excluded span
-        } else if (start >= stop) {
-            expected_max = expected_min = start;
-        } else {
-            const std::vector<int32_t> order = searched_indices(start, stop, exclStart, exclStop);
+            expected_max = expected_min = -1;  // everything searched is excluded
+        } else if (start < stop) {
+            const std::vector<int32_t> order = searched(start, stop, exclStart, exclStop);
             expected_max = max_reference(buf, order);
-            expected_min = order[min_position(buf, order)];
+            expected_min = min_reference(buf, order);
         }
-        ASSERT_EQ(vfpd_FindMax2(buf.data(), start, stop, exclStart, exclStop), expected_max)
-            << start << " " << stop << " " << exclStart << " " << exclStop;
-        ASSERT_EQ(vfpd_FindMin2(buf.data(), start, stop, exclStart, exclStop), expected_min)
-            << start << " " << stop << " " << exclStart << " " << exclStop;
+        ASSERT_EQ(vfpd_FindMax2(buf.data(), start, stop, exclStart, exclStop), expected_max) << trial;
+        ASSERT_EQ(vfpd_FindMin2(buf.data(), start, stop, exclStart, exclStop), expected_min) << trial;
     }
-}
-
-TEST(TraceFindOutsideSpan, HandPickedSpans)
-{
-    //                            0    1     2    3     4    5    6
-    const std::vector<double> b = {1.0, 9.0, -9.0, 8.0, -8.0, 2.0, 3.0};
-    EXPECT_EQ(vfpd_FindMax2(b.data(), 0, 7, 1, 3), 3);
-    EXPECT_EQ(vfpd_FindMin2(b.data(), 0, 7, 1, 3), 4);
-    EXPECT_EQ(vfpd_FindMin2(b.data(), 0, 7, 3, 5), 2);
+    //                             0    1    2     3    4     5
+    const std::vector<double> b = {-20, 9.0, -9.0, 8.0, -8.0, 2.0};
     // Unlike vfpd_FindMin, vfpd_FindMin2 compares its first element.
-    const std::vector<double> low_first = {-20.0, 1.0, 2.0};
-    EXPECT_EQ(vfpd_FindMin2(low_first.data(), 0, 3, 5, 6), 0);
-    EXPECT_EQ(vfpd_FindMin(low_first.data(), 0, 3), 1);
-    // Start inside the span: the search begins at exclStop ...
-    EXPECT_EQ(vfpd_FindMax2(b.data(), 1, 7, 0, 4), 6);
-    EXPECT_EQ(vfpd_FindMin2(b.data(), 1, 7, 0, 4), 4);
-    // ... and finds nothing when the span reaches stop.
+    EXPECT_EQ(vfpd_FindMin2(b.data(), 0, 6, 1, 3), 0);
+    EXPECT_EQ(vfpd_FindMax2(b.data(), 1, 6, 0, 2), 3);
     EXPECT_EQ(vfpd_FindMax2(b.data(), 2, 5, 1, 5), -1);
-    EXPECT_EQ(vfpd_FindMin2(b.data(), 2, 5, 1, 9), -1);
-    // An empty span excludes nothing.
-    EXPECT_EQ(vfpd_FindMax2(b.data(), 0, 7, 3, 3), 1);
-    EXPECT_EQ(vfpd_FindMin2(b.data(), 0, 7, 4, 1), 2);
     // Values outside [start, stop) are never looked at.
     const std::vector<double> fenced = {kInf, -kInf, 1.0, 2.0, 0.5, kInf, -kInf};
     EXPECT_EQ(vfpd_FindMax2(fenced.data(), 2, 5, 3, 4), 2);
@@ -176,32 +134,27 @@ TEST(TraceFindOutsideSpan, HandPickedSpans)
 TEST(TraceFindMinMax, BothExtremesInOnePass)
 {
     for (unsigned seed = 0; seed < 200; ++seed) {
-        const std::vector<double> buf = tied_values(40, seed, false);
-        const int32_t start = static_cast<int32_t>(seed % 7), stop = start + 2 + static_cast<int32_t>(seed % 31);
-        int32_t max_index = -5, min_index = -5;
-        ASSERT_EQ(vfpd_FindMinMax(buf.data(), start, stop, &max_index, &min_index), 1);
-        auto first = buf.begin() + start, last = buf.begin() + stop;
-        ASSERT_EQ(max_index, std::max_element(first, last) - buf.begin()) << seed;
-        ASSERT_EQ(min_index, std::min_element(first, last) - buf.begin()) << seed;
+        const std::vector<double> buf = tied_values(seed, false);
+        const int32_t start = seed % 7, stop = start + 2 + seed % 31;
+        int32_t mx = -5, mn = -5;
+        ASSERT_EQ(vfpd_FindMinMax(buf.data(), start, stop, &mx, &mn), 1);
+        ASSERT_EQ(mx, std::max_element(buf.begin() + start, buf.begin() + stop) - buf.begin()) << seed;
+        ASSERT_EQ(mn, std::min_element(buf.begin() + start, buf.begin() + stop) - buf.begin()) << seed;
     }
-    // NaN first: it stays the maximum; the next element becomes the minimum.
+    // A NaN first stays the maximum. A NaN inside becomes the minimum and
+    // so does the element after it, which is then no maximum candidate.
     int32_t mx = -5, mn = -5;
-    const std::vector<double> nan_first = {kNaN, 3.0, 1.0, 5.0};
-    EXPECT_EQ(vfpd_FindMinMax(nan_first.data(), 0, 4, &mx, &mn), 1);
+    EXPECT_EQ(vfpd_FindMinMax(std::vector<double>{kNaN, 3.0, 1.0, 5.0}.data(), 0, 4, &mx, &mn), 1);
     EXPECT_EQ(mx, 0);
     EXPECT_EQ(mn, 2);
-    // A NaN in the middle becomes the minimum, and so does the element
-    // after it, which is then no longer a candidate for the maximum.
     const std::vector<double> nan_inside = {2.0, kNaN, 7.0, 1.0};
     EXPECT_EQ(vfpd_FindMinMax(nan_inside.data(), 0, 4, &mx, &mn), 1);
     EXPECT_EQ(mx, 0);
     EXPECT_EQ(mn, 3);
-    // start = stop is accepted; one element needs no reading.
-    EXPECT_EQ(vfpd_FindMinMax(nullptr, 4, 4, &mx, &mn), 0);
+    // start = stop is accepted; refusals write nothing.
     EXPECT_EQ(vfpd_FindMinMax(nan_inside.data(), 3, 3, &mx, &mn), 1);
     EXPECT_EQ(mx, 3);
     EXPECT_EQ(mn, 3);
-    // Refusals write nothing.
     mx = mn = -5;
     EXPECT_EQ(vfpd_FindMinMax(nan_inside.data(), 3, 2, &mx, &mn), 0);
     EXPECT_EQ(vfpd_FindMinMax(nan_inside.data(), 0, 4, nullptr, &mn), 0);
