@@ -237,7 +237,7 @@ DSP_API int32_t invert(double *a, int32_t n);
  * holds S and m2 holds R, point by point. A singular point (two equal
  * standards) is not reported: its terms are whatever the partly reduced
  * system gives. Returns 0. The floating-point control word is restored to
- * its value at entry. Storage is allocated at most once per call, not per
+ * its value at entry. Its matrices are allocated once per call, not per
  * point. */
 DSP_API int32_t Compute1PortTerms(double *m0, double *m1, double *m2, const double *g0,
                                   const double *g1, const double *g2, int32_t start, int32_t stop);
