@@ -39,7 +39,7 @@ inline Complex multiply(Complex a, Complex b)
 
 // Smith's division: scales by the larger part of y so that |y|^2 is never
 // formed. A NaN part, a zero divisor or a vanishing scaled denominator gives
-// (NaN, NaN); an infinite part is not treated specially.
+// (NaN, NaN); an infinite part gets no extra handling.
 inline Complex divide(Complex x, Complex y)
 {
     if (std::isnan(y.re) || std::isnan(y.im)) return nan_point();

@@ -55,7 +55,7 @@ TEST(CalibComplex, DivisionMatchesTheQuotientAndGivesNanOnBadDivisors)
     for (Complex bad : {Complex{0.0, 0.0}, Complex{-0.0, 0.0}, Complex{nan, 1.0}, Complex{1.0, nan},
                         Complex{inf, inf}})
         expect_default_nan(divide({1.0, 2.0}, bad));
-    // An infinite part is not special: a finite value over (inf, 0) is 0.
+    // An infinite part gets no extra handling: a finite value over (inf, 0) is 0.
     const Complex z = divide({1.0, 2.0}, {inf, 0.0});
     EXPECT_EQ(z.re, 0.0);
     EXPECT_EQ(z.im, 0.0);
