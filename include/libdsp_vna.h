@@ -189,6 +189,178 @@ DSP_API uint32_t set_runfast(int32_t enable);
 /* Returns b | 0x38; a is ignored. */
 DSP_API uint32_t testASM(uint32_t a, uint32_t b);
 
+/* ------------------------------------------------------------------------- */
+/* Error correction                                                          */
+/* ------------------------------------------------------------------------- */
+
+/*
+ * Complex matrices, one-port and two-port correction of network-analyzer
+ * measurements. Every complex array is interleaved (re, im) double pairs;
+ * point (or element) k is at indices 2k and 2k + 1. The per-point functions
+ * read and write only points start .. stop - 1, and the range must lie
+ * within every array passed.
+ *
+ * Complex arithmetic: plain products; quotients by Smith's method, where a
+ * zero divisor or one with a NaN part gives (NaN, NaN) and the sweep goes on
+ * with the next point.
+ *
+ * Allocation: the matrix code keeps a process-wide cache of four released
+ * storage records, emptied when the last matrix is released; nothing is left
+ * allocated between calls. An allocation failure, or a matrix of more than
+ * 0x0FFFFFFF elements (a negative dimension counts as one above 2^31), throws
+ * std::bad_alloc with the message "bad allocation"; these functions do not
+ * catch it, so a C++ caller sees it (the matrices in use are released while
+ * it unwinds). Not safe to call from two threads at once.
+ */
+
+/* out = a x b for a (m x n) and b (n x p), both read row-major; out receives
+ * the m x p product column-major: element (i, j) at index j * m + i. Each
+ * element is summed from (0, 0) over k = 0 .. n - 1 in order. Returns m * p,
+ * or -1 with out untouched when n * n > m * n (32-bit products), that is
+ * when the inner dimension exceeds the rows of a. out must not overlap a or
+ * b. */
+DSP_API int32_t MatrixMult(const double *a, const double *b, double *out, int32_t m, int32_t n,
+                           int32_t p);
+/* Replaces the n x n row-major matrix a by its inverse (Gauss-Jordan with
+ * partial row pivoting; the first of equal-magnitude pivots wins). Returns 1
+ * on success, 0 when a column's best pivot magnitude is below
+ * 2.220446049250313e-12 (or NaN): a is then left unchanged. n = 0 returns 1.
+ * The floating-point control word is restored to its value at entry. */
+DSP_API int32_t invert(double *a, int32_t n);
+
+/* One-port error model: a raw reflection m of a true reflection g is
+ *   m = D + R g / (1 - S g)
+ * with D directivity, S source match and R reflection tracking. */
+
+/* Solves the error terms from three standards of true reflections g0, g1, g2
+ * (three distinct values per point, the caller's choice of standards) and
+ * their measured reflections, given in m0, m1, m2. On return m0 holds D, m1
+ * holds S and m2 holds R, point by point. A singular point (two equal
+ * standards) is not reported: its terms are whatever the partly reduced
+ * system gives. Returns 0. The floating-point control word is restored to
+ * its value at entry. Its matrices are allocated once per call, not per
+ * point. */
+DSP_API int32_t Compute1PortTerms(double *m0, double *m1, double *m2, const double *g0,
+                                  const double *g1, const double *g2, int32_t start, int32_t stop);
+/* corrected = (m - D) / ((m - D) S + R) per point. corrected may be the
+ * measured array. Returns stop - start (nothing is written when
+ * start >= stop). */
+DSP_API int32_t Correct1Port(const double *directivity, const double *sourceMatch,
+                             const double *reflectionTracking, const double *measured,
+                             double *corrected, int32_t start, int32_t stop);
+/* Enhanced-response correction of a reflection m and a transmission s with
+ * the one-port terms D, S, R, load match L and transmission tracking T:
+ *   den = R + S (m - D),  t21 = (R s) / (T den),
+ *   s11 = (m - D) / den, minus L t21^2 when useLoadMatch is nonzero.
+ * Either output may be null and is then not written; an output may be the
+ * measured array of the same kind. Returns stop - start (nothing is written when
+ * start >= stop). */
+DSP_API int32_t ApplyEnhancedResponse(const double *directivity, const double *sourceMatch,
+                                      const double *reflectionTracking, const double *loadMatch,
+                                      const double *transmissionTracking,
+                                      const double *measuredReflection,
+                                      const double *measuredTransmission,
+                                      double *correctedReflection, double *correctedTransmission,
+                                      int32_t start, int32_t stop, unsigned char useLoadMatch);
+/* Two-port correction. Five groups of four arrays, each group the entries
+ * 11, 12, 21, 22 of a 2 x 2 matrix: t tracking, e match, o offset
+ * (directivity on the diagonal, isolation off it), m measured, c corrected.
+ * Per point: N = (m - o) / t and D = N e + I, both element by element;
+ * c = N x D^-1 (matrix product). A singular D is not reported (the partly
+ * reduced matrix is used). o12, o21 may be null (zero isolation); any c may
+ * be null (that entry is not written). Returns 0, writing nothing, when any
+ * other array is null (checked first, even for an empty range); otherwise
+ * stop - start. Every input of a point is read before its outputs are
+ * written, so a corrected array may be any of the input arrays. */
+DSP_API int32_t Correct2Port(const double *t11, const double *t12, const double *t21,
+                             const double *t22, const double *e11, const double *e12,
+                             const double *e21, const double *e22, const double *o11,
+                             const double *o12, const double *o21, const double *o22,
+                             const double *m11, const double *m12, const double *m21,
+                             const double *m22, double *c11, double *c12, double *c21,
+                             double *c22, int32_t start, int32_t stop);
+
+#ifdef __cplusplus
+} /* extern "C" */
+
+#include <complex>
+
+/* The same functions on arrays of std::complex<double>, whose layout is the
+ * interleaved pair. */
+namespace libdsp_vna_detail {
+inline const double *pairs(const std::complex<double> *z) { return reinterpret_cast<const double *>(z); }
+inline double *pairs(std::complex<double> *z) { return reinterpret_cast<double *>(z); }
+}  // namespace libdsp_vna_detail
+
+inline int32_t MatrixMult(const std::complex<double> *a, const std::complex<double> *b,
+                          std::complex<double> *out, int32_t m, int32_t n, int32_t p)
+{
+    using libdsp_vna_detail::pairs;
+    return MatrixMult(pairs(a), pairs(b), pairs(out), m, n, p);
+}
+inline int32_t invert(std::complex<double> *a, int32_t n)
+{
+    return invert(libdsp_vna_detail::pairs(a), n);
+}
+inline int32_t Compute1PortTerms(std::complex<double> *m0, std::complex<double> *m1,
+                                 std::complex<double> *m2, const std::complex<double> *g0,
+                                 const std::complex<double> *g1, const std::complex<double> *g2,
+                                 int32_t start, int32_t stop)
+{
+    using libdsp_vna_detail::pairs;
+    return Compute1PortTerms(pairs(m0), pairs(m1), pairs(m2), pairs(g0), pairs(g1), pairs(g2),
+                             start, stop);
+}
+inline int32_t Correct1Port(const std::complex<double> *directivity,
+                            const std::complex<double> *sourceMatch,
+                            const std::complex<double> *reflectionTracking,
+                            const std::complex<double> *measured, std::complex<double> *corrected,
+                            int32_t start, int32_t stop)
+{
+    using libdsp_vna_detail::pairs;
+    return Correct1Port(pairs(directivity), pairs(sourceMatch), pairs(reflectionTracking),
+                        pairs(measured), pairs(corrected), start, stop);
+}
+inline int32_t ApplyEnhancedResponse(const std::complex<double> *directivity,
+                                     const std::complex<double> *sourceMatch,
+                                     const std::complex<double> *reflectionTracking,
+                                     const std::complex<double> *loadMatch,
+                                     const std::complex<double> *transmissionTracking,
+                                     const std::complex<double> *measuredReflection,
+                                     const std::complex<double> *measuredTransmission,
+                                     std::complex<double> *correctedReflection,
+                                     std::complex<double> *correctedTransmission, int32_t start,
+                                     int32_t stop, unsigned char useLoadMatch)
+{
+    using libdsp_vna_detail::pairs;
+    return ApplyEnhancedResponse(pairs(directivity), pairs(sourceMatch), pairs(reflectionTracking),
+                                 pairs(loadMatch), pairs(transmissionTracking),
+                                 pairs(measuredReflection), pairs(measuredTransmission),
+                                 pairs(correctedReflection), pairs(correctedTransmission), start,
+                                 stop, useLoadMatch);
+}
+inline int32_t Correct2Port(const std::complex<double> *t11, const std::complex<double> *t12,
+                            const std::complex<double> *t21, const std::complex<double> *t22,
+                            const std::complex<double> *e11, const std::complex<double> *e12,
+                            const std::complex<double> *e21, const std::complex<double> *e22,
+                            const std::complex<double> *o11, const std::complex<double> *o12,
+                            const std::complex<double> *o21, const std::complex<double> *o22,
+                            const std::complex<double> *m11, const std::complex<double> *m12,
+                            const std::complex<double> *m21, const std::complex<double> *m22,
+                            std::complex<double> *c11, std::complex<double> *c12,
+                            std::complex<double> *c21, std::complex<double> *c22, int32_t start,
+                            int32_t stop)
+{
+    using libdsp_vna_detail::pairs;
+    return Correct2Port(pairs(t11), pairs(t12), pairs(t21), pairs(t22), pairs(e11), pairs(e12),
+                        pairs(e21), pairs(e22), pairs(o11), pairs(o12), pairs(o21), pairs(o22),
+                        pairs(m11), pairs(m12), pairs(m21), pairs(m22), pairs(c11), pairs(c12),
+                        pairs(c21), pairs(c22), start, stop);
+}
+
+extern "C" {
+#endif
+
 #ifdef __cplusplus
 }
 #endif

@@ -1,0 +1,212 @@
+// The complex scalar, the copy-on-write matrix, the storage cache and the
+// product of the error-correction kernel.
+#include "calibration/calib_support.hpp"
+#include "calibration/matrix.hpp"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+#include <limits>
+#include <utility>
+#include <vector>
+
+using dsp_calib::Complex;
+using dsp_calib::Matrix;
+
+namespace {
+
+uint64_t bits(double v)
+{
+    uint64_t b;
+    std::memcpy(&b, &v, sizeof b);
+    return b;
+}
+
+void expect_default_nan(Complex z)
+{
+    EXPECT_EQ(bits(z.re), 0x7FF8000000000000ull);
+    EXPECT_EQ(bits(z.im), 0x7FF8000000000000ull);
+}
+
+int32_t live() { return dsp_calib::cache_state().live; }
+
+}  // namespace
+
+TEST(CalibComplex, DivisionMatchesTheQuotientAndGivesNanOnBadDivisors)
+{
+    using dsp_calib::divide;
+    // Both branches (|im| >= |re| and below), against x conj(y) / |y|^2 in
+    // long double.
+    std::mt19937 gen(7);
+    for (int i = 0; i < 2000; ++i) {
+        const calib_test::C x = calib_test::random_polar(gen, 1e-3, 1e3);
+        const calib_test::C y = calib_test::random_polar(gen, 1e-3, 1e3);
+        const Complex q = divide({x.real(), x.imag()}, {y.real(), y.imag()});
+        const calib_test::CL ref =
+            calib_test::CL(x.real(), x.imag()) / calib_test::CL(y.real(), y.imag());
+        EXPECT_LE(std::abs(calib_test::CL(q.re, q.im) - ref), 4e-16L * std::abs(ref));
+    }
+    EXPECT_EQ(divide({3.0, 1.0}, {0.0, 2.0}).re, 0.5);  // hand-derived
+    EXPECT_EQ(divide({3.0, 1.0}, {0.0, 2.0}).im, -1.5);
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    const double inf = std::numeric_limits<double>::infinity();
+    for (Complex bad : {Complex{0.0, 0.0}, Complex{-0.0, 0.0}, Complex{nan, 1.0}, Complex{1.0, nan},
+                        Complex{inf, inf}})
+        expect_default_nan(divide({1.0, 2.0}, bad));
+    // An infinite part gets no extra handling: a finite value over (inf, 0) is 0.
+    const Complex z = divide({1.0, 2.0}, {inf, 0.0});
+    EXPECT_EQ(z.re, 0.0);
+    EXPECT_EQ(z.im, 0.0);
+    const Complex p = dsp_calib::multiply({1.0, 2.0}, {3.0, -4.0});
+    EXPECT_EQ(p.re, 11.0);
+    EXPECT_EQ(p.im, 2.0);
+}
+
+TEST(CalibMatrix, HandlesShareUntilOneWrites)
+{
+    {
+        Matrix a = Matrix::acquire(2, 2);
+        for (uint32_t i = 0; i < 4; ++i) a.set(i, {double(i), -double(i)});
+        Matrix b = a;
+        EXPECT_EQ(a.references(), 2);
+        EXPECT_EQ(b.elements(), a.elements());
+        b.set(3, {9.0, 9.0});
+        EXPECT_NE(b.elements(), a.elements());
+        EXPECT_EQ(a.references(), 1);
+        EXPECT_EQ(b.references(), 1);
+        EXPECT_EQ(a.get(3).re, 3.0);
+        EXPECT_EQ(b.get(3).re, 9.0);
+        EXPECT_EQ(b.get(2).im, -2.0);  // the copy carries every element
+        EXPECT_EQ(live(), 2);
+        b = a;  // b's own record is released
+        EXPECT_EQ(live(), 1);
+        EXPECT_EQ(a.references(), 2);
+        const Matrix &same = b;
+        b = same;
+        a = b;
+        EXPECT_EQ(a.references(), 2);
+        EXPECT_EQ(a.get(1).im, -1.0);
+    }
+    EXPECT_EQ(live(), 0);
+
+    // Column-major sources are transposed on the way in.
+    const double cm[] = {1, 10, 2, 20, 3, 30, 4, 40, 5, 50, 6, 60};  // 2 x 3
+    const Matrix t = Matrix::from_array(2, 3, cm, true);
+    const double expect_re[] = {1, 3, 5, 2, 4, 6};
+    for (uint32_t i = 0; i < 6; ++i) {
+        EXPECT_EQ(t.get(i).re, expect_re[i]);
+        EXPECT_EQ(t.get(i).im, 10 * expect_re[i]);
+    }
+}
+
+TEST(CalibMatrix, CacheKeepsFourMostRecentAndEmptiesWithTheLastLive)
+{
+    auto slot_cols = [] {
+        std::vector<int> cols;
+        for (const dsp_calib::MatrixStorage *s : dsp_calib::cache_state().slots)
+            cols.push_back(s ? int(s->cols) : 0);
+        return cols;
+    };
+    {
+        const Matrix keep = Matrix::acquire(7, 7);
+        const Complex *third = nullptr;
+        {
+            // Released last to first: 1 x 5 goes in first and is pushed out.
+            Matrix m1 = Matrix::acquire(1, 1), m2 = Matrix::acquire(1, 2),
+                   m3 = Matrix::acquire(1, 3), m4 = Matrix::acquire(1, 4),
+                   m5 = Matrix::acquire(1, 5);
+            third = m3.elements();
+            EXPECT_EQ(live(), 6);
+        }
+        EXPECT_EQ(live(), 1);
+        EXPECT_EQ(slot_cols(), (std::vector<int>{1, 2, 3, 4}));
+        {
+            const Matrix again = Matrix::acquire(1, 3);
+            EXPECT_EQ(again.elements(), third);
+            EXPECT_EQ(slot_cols(), (std::vector<int>{1, 2, 0, 4}));
+            const Matrix other = Matrix::acquire(3, 1);  // no slot has this shape
+            EXPECT_EQ(slot_cols(), (std::vector<int>{1, 2, 0, 4}));
+        }
+        // 3 x 1 went in with the shift stopping at the empty slot; 1 x 3 in
+        // front of it then pushed 1 x 4 out of the last slot.
+        EXPECT_EQ(slot_cols(), (std::vector<int>{3, 1, 1, 2}));
+        EXPECT_EQ(dsp_calib::cache_state().slots[1]->rows, 3u);
+        const double one[] = {1.0, 2.0};
+        const Matrix direct = Matrix::from_array(1, 1, one, false);  // bypasses the cache
+        EXPECT_EQ(slot_cols(), (std::vector<int>{3, 1, 1, 2}));
+        const Matrix cached = Matrix::from_array(1, 1, one, true);
+        EXPECT_EQ(slot_cols(), (std::vector<int>{3, 1, 0, 2}));
+        EXPECT_EQ(cached.get(0).im, 2.0);
+        EXPECT_EQ(live(), 3);
+    }
+    const dsp_calib::CacheState state = dsp_calib::cache_state();
+    EXPECT_EQ(state.live, 0);
+    EXPECT_EQ(state.reentry, 0);
+    EXPECT_EQ(slot_cols(), (std::vector<int>{0, 0, 0, 0}));
+
+    // Counts beyond 0x0FFFFFFF elements (a negative dimension among them)
+    // throw the library's bad_alloc and leave the live count true.
+    for (auto shape : {std::pair<uint32_t, uint32_t>{0x4000, 0x4001}, {uint32_t(-2), 1u}}) {
+        try {
+            Matrix::acquire(shape.first, shape.second);
+            ADD_FAILURE() << "no exception";
+        } catch (const std::bad_alloc &e) {
+            EXPECT_STREQ(e.what(), "bad allocation");
+        }
+        EXPECT_EQ(live(), 0);
+    }
+}
+
+TEST(CalibMatrix, ProductMatchesLongDoubleSumsStartingFromZero)
+{
+    std::mt19937 gen(11);
+    for (uint32_t rows : {1u, 3u, 5u})
+        for (uint32_t inner : {1u, 2u, 6u})
+            for (uint32_t cols : {1u, 4u}) {
+                const auto a = calib_test::random_points(rows * inner, gen, 0.1, 10.0);
+                const auto b = calib_test::random_points(inner * cols, gen, 0.1, 10.0);
+                const Matrix q = dsp_calib::product(
+                    Matrix::from_array(rows, inner, reinterpret_cast<const double *>(a.data()),
+                                       false),
+                    Matrix::from_array(inner, cols, reinterpret_cast<const double *>(b.data()),
+                                       false));
+                ASSERT_EQ(q.rows(), rows);
+                ASSERT_EQ(q.cols(), cols);
+                for (uint32_t i = 0; i < rows; ++i)
+                    for (uint32_t j = 0; j < cols; ++j) {
+                        calib_test::CL sum = 0;
+                        long double bound = 0;
+                        for (uint32_t k = 0; k < inner; ++k) {
+                            sum +=
+                                calib_test::CL(a[i * inner + k]) * calib_test::CL(b[k * cols + j]);
+                            bound += std::abs(calib_test::CL(a[i * inner + k]) *
+                                              calib_test::CL(b[k * cols + j]));
+                        }
+                        const Complex v = q.get(i * cols + j);
+                        EXPECT_LE(std::abs(calib_test::CL(v.re, v.im) - sum),
+                                  1e-15L * inner * bound);
+                    }
+            }
+    // (-1, 0) x (0, 0) is (-0, +0); added to the (0, 0) start it is +0.
+    const double a[] = {-1.0, 0.0}, b[] = {0.0, 0.0};
+    const Matrix q =
+        dsp_calib::product(Matrix::from_array(1, 1, a, false), Matrix::from_array(1, 1, b, false));
+    EXPECT_FALSE(std::signbit(q.get(0).re));
+}
+
+TEST(CalibMatrix, FailedInversionStopsWherePivotingDid)
+{
+    // Column 0 ties |1| and |-1|: the first row is the pivot, row 1 becomes
+    // (1, 0, 0), and column 1 has no pivot left. Had the tie gone to row 1,
+    // the rows would have been exchanged and (0, 0) would read -1.
+    const double a[] = {1, 0, 1, 0, 0, 0, -1, 0, -1, 0, 0, 0, 0, 0, 0, 0, 1, 0};
+    Matrix m = Matrix::from_array(3, 3, a, false);
+    EXPECT_FALSE(dsp_calib::invert_in_place(m));
+    const double want[] = {1, 1, 0, 1, 0, 0, 0, 0, 1};
+    for (uint32_t i = 0; i < 9; ++i) {
+        EXPECT_EQ(m.get(i).re, want[i]) << i;
+        EXPECT_EQ(m.get(i).im, 0.0) << i;
+    }
+}
