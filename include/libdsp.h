@@ -457,8 +457,9 @@ DSP_API int32_t dsps_hist(const dsp *src, dsp *result, double lo, double width, 
 /* Peak of src: result = (height, position in samples), 2 real points. The
  * peak sample k is the index argument (flag DSP_PEAK_AT_INDEX; clamped to the
  * record) or the first largest (smallest with DSP_PEAK_MIN) value; complex
- * points count by squared magnitude, and y below means the value (real) or
- * the squared magnitude (complex). Refinement by flags & 0x700:
+ * points are searched by squared magnitude (1e100 for a part beyond +-1e100
+ * or NaN). y below means the value (real) or the plain squared magnitude
+ * re^2 + im^2 (complex, not capped). Refinement by flags & 0x700:
  *   0x000  (y[k], k).
  *   0x100  vertex of the parabola through y[k-1], y[k], y[k+1].
  *   0x200  vertex of the parabola through ln y[k-1], ln y[k], ln y[k+1]:

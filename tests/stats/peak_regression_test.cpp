@@ -54,7 +54,10 @@ TEST(StatsPeak, SearchIndexAndPlainRefinement)
     EXPECT_EQ(peak({1, 5, 3}, DSP_PEAK_AT_INDEX, -4), (V{1, 0}));
     EXPECT_EQ(peak({1, 5, 3}, DSP_PEAK_AT_INDEX, 3), (V{3, 2}));
     EXPECT_EQ(peak({3, 4, 0, 6, 1, 1}, DSP_PEAK_MAX, 0, true), (V{36, 1}));  // squared magnitude
-    EXPECT_EQ(peak({3, 4, 1e101, 0, 1, 1}, DSP_PEAK_MAX, 0, true), (V{1e100, 1}));
+    // The search ranks a part beyond 1e100 as squared magnitude 1e100; the
+    // height reported is the point's own squared magnitude.
+    EXPECT_EQ(peak({3, 4, 1e101, 0, 1, 1}, DSP_PEAK_MAX, 0, true), (V{1e101 * 1e101, 1}));
+    EXPECT_EQ(peak({1e101, 0, 1e100, 1e100}, DSP_PEAK_MAX, 0, true), (V{2e200, 1}));  // 1e202 ranks as 1e100
     EXPECT_EQ(peak({3e100, 2e100}, DSP_PEAK_MIN), (V{3e100, 0}));  // none below 1e100
     EXPECT_EQ(peak({}, DSP_PEAK_PARABOLIC), (V{0, 0}));
 
