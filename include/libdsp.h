@@ -271,7 +271,9 @@ DSP_API int32_t dspb_mul(const dsp *a, const dsp *b, dsp *r);
 DSP_API int32_t dspb_conj_mul(const dsp *a, const dsp *b, dsp *r);
 /* first / second. A zero divisor never gives an infinity: the quotient is 0
  * when the dividend is zero too, else +1e100 (both parts for complex results)
- * whatever the dividend's sign. */
+ * whatever the dividend's sign. A complex divisor counts as zero when its
+ * squared magnitude is not > 0 (it underflows, or is NaN); the quotient is
+ * then 0 only when the dividend and both divisor parts are exactly 0. */
 DSP_API int32_t dspb_div(const dsp *a, const dsp *b, dsp *r);
 /* Exponential average: second + weight * (first - second), with the first
  * operand the new trace and the second the running average (weight 1 gives
@@ -365,7 +367,7 @@ DSP_API int32_t dspi_log(dsp *s);
  * (-307.6526555685888, 0). This is dspi_db with factor 1. */
 DSP_API int32_t dspi_log10(dsp *s);
 /* Square root; 0.0 for negative real values and NaN. Complex: principal root
- * (magnitude 1e100 taken for parts beyond +-1e100). */
+ * (magnitude 1e100 taken for a part beyond +-1e100 or NaN). */
 DSP_API int32_t dspi_sqrt(dsp *s);
 /* x^2; 1e100 for |x| > 1e100 or NaN. Complex: z^2 of the parts clamped to
  * +-1e100 (NaN to -1e100). */
