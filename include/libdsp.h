@@ -476,8 +476,8 @@ DSP_API int32_t dsps_hist(const dsp *src, dsp *result, double lo, double width, 
  * Every refinement gives (y[k], k) at the first and last point. 0x100 on
  * three collinear samples has no vertex (the result is then not finite).
  * 0x200 and 0x300 give (y[k], k) unless y[k-1] and y[k+1] are positive and
- * y[k] is at least both (for 0x200 also not equal to both): they refine
- * peaks only, never dips or samples whose logarithm cannot be taken.
+ * y[k] is finite and at least both (for 0x200 also not equal to both): they
+ * refine peaks only, never dips or samples whose logarithm cannot be taken.
  * An empty source gives (0, 0). Other refinement values: -1. result may be
  * src. */
 DSP_API int32_t dsps_peak(const dsp *src, dsp *result, int32_t flags, int32_t index);

@@ -68,8 +68,12 @@ Peak parabolic(double ym, double y0, double yp, double k)
     return {y0 - b * b / (4.0 * a), k - b / (2.0 * a)};
 }
 
-// The logarithmic refinements need positive samples with y0 a local peak.
-inline bool log_refinable(double ym, double y0, double yp) { return ym > 0.0 && yp > 0.0 && y0 >= ym && y0 >= yp; }
+// The logarithmic refinements need positive, finite samples with y0 a local
+// peak (squared magnitudes of parts beyond about 1e154 overflow).
+inline bool log_refinable(double ym, double y0, double yp)
+{
+    return ym > 0.0 && yp > 0.0 && y0 >= ym && y0 >= yp && std::isfinite(y0);
+}
 
 // Vertex of the parabola through the logarithms: exact for a Gaussian lobe.
 // Falls back to the sample when the three logarithms lie on a line.

@@ -6,6 +6,7 @@
 
 #include <cmath>
 #include <complex>
+#include <limits>
 #include <random>
 #include <vector>
 
@@ -100,6 +101,10 @@ TEST(StatsPeak, LogarithmicRefinementsFallBackWhereTheyCannotApply)
     }
     EXPECT_EQ(peak({2, 2, 2}, DSP_PEAK_AT_INDEX | DSP_PEAK_GAUSSIAN, 1), (V{2, 1}));  // flat: no curvature
     EXPECT_EQ(peak({2, 2, 2}, DSP_PEAK_AT_INDEX | DSP_PEAK_HANN_RATIO, 1), (V{2, 1}));
+    // Squared magnitudes that overflow have no usable logarithm.
+    const double inf = std::numeric_limits<double>::infinity();
+    for (int32_t refine : {DSP_PEAK_GAUSSIAN, DSP_PEAK_HANN_RATIO})
+        EXPECT_EQ(peak({1e200, 0, 2e200, 0, 1e200, 0}, DSP_PEAK_AT_INDEX | refine, 1, true), (V{inf, 1})) << refine;
     // The ratio refinement never moves more than half a bin.
     EXPECT_EQ(peak({1e-30, 5, 4.9}, DSP_PEAK_HANN_RATIO)[1], 1.5);
 }
