@@ -271,7 +271,9 @@ DSP_API int32_t dspb_mul(const dsp *a, const dsp *b, dsp *r);
 DSP_API int32_t dspb_conj_mul(const dsp *a, const dsp *b, dsp *r);
 /* first / second. A zero divisor never gives an infinity: the quotient is 0
  * when the dividend is zero too, else +1e100 (both parts for complex results)
- * whatever the dividend's sign. */
+ * whatever the dividend's sign. A complex divisor counts as zero when its
+ * squared magnitude is not > 0 (it underflows, or is NaN); the quotient is
+ * then 0 only when the dividend and both divisor parts are exactly 0. */
 DSP_API int32_t dspb_div(const dsp *a, const dsp *b, dsp *r);
 /* Exponential average: second + weight * (first - second), with the first
  * operand the new trace and the second the running average (weight 1 gives
@@ -365,7 +367,7 @@ DSP_API int32_t dspi_log(dsp *s);
  * (-307.6526555685888, 0). This is dspi_db with factor 1. */
 DSP_API int32_t dspi_log10(dsp *s);
 /* Square root; 0.0 for negative real values and NaN. Complex: principal root
- * (magnitude 1e100 taken for parts beyond +-1e100). */
+ * (magnitude 1e100 taken for a part beyond +-1e100 or NaN). */
 DSP_API int32_t dspi_sqrt(dsp *s);
 /* x^2; 1e100 for |x| > 1e100 or NaN. Complex: z^2 of the parts clamped to
  * +-1e100 (NaN to -1e100). */
@@ -457,8 +459,9 @@ DSP_API int32_t dsps_hist(const dsp *src, dsp *result, double lo, double width, 
 /* Peak of src: result = (height, position in samples), 2 real points. The
  * peak sample k is the index argument (flag DSP_PEAK_AT_INDEX; clamped to the
  * record) or the first largest (smallest with DSP_PEAK_MIN) value; complex
- * points count by squared magnitude, and y below means the value (real) or
- * the squared magnitude (complex). Refinement by flags & 0x700:
+ * points are searched by squared magnitude (1e100 for a part beyond +-1e100
+ * or NaN). y below means the value (real) or the plain squared magnitude
+ * re^2 + im^2 (complex, not capped). Refinement by flags & 0x700:
  *   0x000  (y[k], k).
  *   0x100  vertex of the parabola through y[k-1], y[k], y[k+1].
  *   0x200  vertex of the parabola through ln y[k-1], ln y[k], ln y[k+1]:
@@ -473,8 +476,8 @@ DSP_API int32_t dsps_hist(const dsp *src, dsp *result, double lo, double width, 
  * Every refinement gives (y[k], k) at the first and last point. 0x100 on
  * three collinear samples has no vertex (the result is then not finite).
  * 0x200 and 0x300 give (y[k], k) unless y[k-1] and y[k+1] are positive and
- * y[k] is at least both (for 0x200 also not equal to both): they refine
- * peaks only, never dips or samples whose logarithm cannot be taken.
+ * y[k] is finite and at least both (for 0x200 also not equal to both): they
+ * refine peaks only, never dips or samples whose logarithm cannot be taken.
  * An empty source gives (0, 0). Other refinement values: -1. result may be
  * src. */
 DSP_API int32_t dsps_peak(const dsp *src, dsp *result, int32_t flags, int32_t index);

@@ -20,10 +20,18 @@ namespace {
 // 2c d^2, which serves as the height correction (within 0.6%).
 constexpr double kLobeGain = 0.315563649157834;
 
-// The value ranked: the value itself, or the squared magnitude (capped).
+// The value ranked by the search: the value itself, or the squared magnitude
+// capped at kHuge, so that points with huge or NaN parts still compare.
 inline double ranked(const double *x, bool complex_flag, std::size_t i)
 {
     return complex_flag ? dsp_core::capped_magsq(x[2 * i], x[2 * i + 1]) : x[i];
+}
+
+// The value reported and refined: the value itself, or the plain squared
+// magnitude. Only the search caps; the height is the point's own power.
+inline double sample(const double *x, bool complex_flag, std::size_t i)
+{
+    return complex_flag ? x[2 * i] * x[2 * i] + x[2 * i + 1] * x[2 * i + 1] : x[i];
 }
 
 std::size_t peak_index(const dsp *src, std::size_t n, int32_t flags, int32_t index)
@@ -60,8 +68,12 @@ Peak parabolic(double ym, double y0, double yp, double k)
     return {y0 - b * b / (4.0 * a), k - b / (2.0 * a)};
 }
 
-// The logarithmic refinements need positive samples with y0 a local peak.
-inline bool log_refinable(double ym, double y0, double yp) { return ym > 0.0 && yp > 0.0 && y0 >= ym && y0 >= yp; }
+// The logarithmic refinements need positive, finite samples with y0 a local
+// peak (squared magnitudes of parts beyond about 1e154 overflow).
+inline bool log_refinable(double ym, double y0, double yp)
+{
+    return ym > 0.0 && yp > 0.0 && y0 >= ym && y0 >= yp && std::isfinite(y0);
+}
 
 // Vertex of the parabola through the logarithms: exact for a Gaussian lobe.
 // Falls back to the sample when the three logarithms lie on a line.
@@ -101,11 +113,11 @@ int32_t dsps_peak(const dsp *src, dsp *result, int32_t flags, int32_t index)
     if (refinement > DSP_PEAK_HANN_RATIO) return -1;
     const bool complex_flag = src->complex != 0;
     const std::size_t k = peak_index(src, n, flags, index);
-    const double y0 = ranked(src->data, complex_flag, k);
+    const double y0 = sample(src->data, complex_flag, k);
     Peak peak{y0, static_cast<double>(k)};
     if (refinement != DSP_PEAK_NONE && k > 0 && k + 1 < n) {
-        const double ym = ranked(src->data, complex_flag, k - 1);
-        const double yp = ranked(src->data, complex_flag, k + 1);
+        const double ym = sample(src->data, complex_flag, k - 1);
+        const double yp = sample(src->data, complex_flag, k + 1);
         const double at = static_cast<double>(k);
         if (refinement == DSP_PEAK_PARABOLIC) peak = parabolic(ym, y0, yp, at);
         else if (log_refinable(ym, y0, yp))

@@ -174,12 +174,15 @@ TEST(BinaryArith, DivisionByZeroGivesZeroOrHugeNeverInfinity)
     EXPECT_NEAR(q[7], want.imag(), 1e-15);
 
     // real / complex
-    Record ra({2, 0, 5, -1}), cz({0, 0, 0, 0, 0, 2, nan, 0}, true);
+    Record ra({2, 0, 5, -1, 0}), cz({0, 0, 0, 0, 0, 2, nan, 0, 1e-200, 0}, true);
     ASSERT_EQ(dspb_div(ra.get(), cz.get(), r.get()), 0);
     const V w = r.values();
     EXPECT_EQ(V(w.begin(), w.begin() + 6), (V{1e100, 1e100, 0, 0, 0, -2.5}));
     EXPECT_EQ(w[6], 1e100);  // NaN divisor: its squared magnitude is not > 0
     EXPECT_EQ(w[7], 1e100);
+    // A zero dividend over a non-zero divisor whose squared magnitude underflows.
+    EXPECT_EQ(w[8], 1e100);
+    EXPECT_EQ(w[9], 1e100);
 
     // Non-zero quotients against long double complex division.
     const std::size_t n = 50;

@@ -6,6 +6,7 @@
 
 #include <cmath>
 #include <complex>
+#include <limits>
 #include <random>
 #include <vector>
 
@@ -54,7 +55,10 @@ TEST(StatsPeak, SearchIndexAndPlainRefinement)
     EXPECT_EQ(peak({1, 5, 3}, DSP_PEAK_AT_INDEX, -4), (V{1, 0}));
     EXPECT_EQ(peak({1, 5, 3}, DSP_PEAK_AT_INDEX, 3), (V{3, 2}));
     EXPECT_EQ(peak({3, 4, 0, 6, 1, 1}, DSP_PEAK_MAX, 0, true), (V{36, 1}));  // squared magnitude
-    EXPECT_EQ(peak({3, 4, 1e101, 0, 1, 1}, DSP_PEAK_MAX, 0, true), (V{1e100, 1}));
+    // The search ranks a part beyond 1e100 as squared magnitude 1e100; the
+    // height reported is the point's own squared magnitude.
+    EXPECT_EQ(peak({3, 4, 1e101, 0, 1, 1}, DSP_PEAK_MAX, 0, true), (V{1e101 * 1e101, 1}));
+    EXPECT_EQ(peak({1e101, 0, 1e100, 1e100}, DSP_PEAK_MAX, 0, true), (V{2e200, 1}));  // 1e202 ranks as 1e100
     EXPECT_EQ(peak({3e100, 2e100}, DSP_PEAK_MIN), (V{3e100, 0}));  // none below 1e100
     EXPECT_EQ(peak({}, DSP_PEAK_PARABOLIC), (V{0, 0}));
 
@@ -97,6 +101,10 @@ TEST(StatsPeak, LogarithmicRefinementsFallBackWhereTheyCannotApply)
     }
     EXPECT_EQ(peak({2, 2, 2}, DSP_PEAK_AT_INDEX | DSP_PEAK_GAUSSIAN, 1), (V{2, 1}));  // flat: no curvature
     EXPECT_EQ(peak({2, 2, 2}, DSP_PEAK_AT_INDEX | DSP_PEAK_HANN_RATIO, 1), (V{2, 1}));
+    // Squared magnitudes that overflow have no usable logarithm.
+    const double inf = std::numeric_limits<double>::infinity();
+    for (int32_t refine : {DSP_PEAK_GAUSSIAN, DSP_PEAK_HANN_RATIO})
+        EXPECT_EQ(peak({1e200, 0, 2e200, 0, 1e200, 0}, DSP_PEAK_AT_INDEX | refine, 1, true), (V{inf, 1})) << refine;
     // The ratio refinement never moves more than half a bin.
     EXPECT_EQ(peak({1e-30, 5, 4.9}, DSP_PEAK_HANN_RATIO)[1], 1.5);
 }
