@@ -33,6 +33,8 @@ TEST(WindowCache, RepeatedWindowsAllocateNothing)
     hooks.reset_counts();
     EXPECT_EQ(dspi_window(rotated.get(), DSP_WINDOW_HANN, 0), 0);
     EXPECT_EQ(dspi_window(rotated.get(), DSP_WINDOW_HANN, DSP_WINDOW_ROTATE_UNIFORM), 0);
+    // Without an own length the length argument is not part of the key.
+    EXPECT_EQ(dspi_window2(rotated.get(), DSP_WINDOW_HANN, 0, 123.0), 0);
     EXPECT_EQ(hooks.counts().total(), 0);
     EXPECT_EQ(growths_for(hooks, 1024, DSP_WINDOW_SCALE_POWER), 1);
     EXPECT_EQ(growths_for(hooks, 1024, DSP_WINDOW_SCALE_POWER), 0);
