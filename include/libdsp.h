@@ -615,7 +615,8 @@ DSP_API int32_t dsp_window2_scale(double *scale, int32_t type, int32_t flags, in
  * includes the square of their gain. -1 for a null enbw or when a scale
  * factor fails. */
 DSP_API int32_t dsp_window_enbw(double *enbw, int32_t type, int32_t n);
-/* As dsp_window_enbw for the window of own length `length`. */
+/* As dsp_window_enbw for the window of own length `length`; a length that
+ * leaves every point 0 makes both factors 0.0 and gives NaN (0 / 0). */
 DSP_API int32_t dsp_window2_enbw(double *enbw, int32_t type, int32_t n, double length);
 
 /* Parametric windows. Each builds its window afresh (nothing is cached),

@@ -117,8 +117,11 @@ TEST(WindowScale, NoiseBandwidth)
     double e = 0.0;
     EXPECT_EQ(dsp_window2_enbw(&e, DSP_WINDOW_HANN, 4096, 2048.0), 0);
     EXPECT_NEAR(e, 3.0, 1e-12);
-    EXPECT_EQ(dsp_window2_enbw(&e, DSP_WINDOW_HANN, 64, 0.0), 0);  // no points left
+    // No points left: both factors are 0.0, so the bandwidth is 0 / 0.
+    EXPECT_EQ(dsp_window2_scale(&e, DSP_WINDOW_HANN, DSP_WINDOW_OWN_LENGTH, 64, 0.0), 0);
     EXPECT_EQ(e, 0.0);
+    EXPECT_EQ(dsp_window2_enbw(&e, DSP_WINDOW_HANN, 64, 0.0), 0);
+    EXPECT_TRUE(std::isnan(e));
 }
 
 TEST(WindowScale, Refusals)
