@@ -611,14 +611,17 @@ DSP_API int32_t dsp_window_scale(double *scale, int32_t type, int32_t flags, int
  * 1 / root mean square, or 1.0 for DSP_WINDOW_SCALE_NONE and n < 1. Cosine
  * sums without own length are scaled from their coefficients, with the
  * harmonics that alias for small n; other windows are generated and measured
- * (0.0 when the measured value is 0). Mode 3 or an unknown type: -1. */
+ * (0.0 when the measured value is 0). -1 for mode 3, an unknown type, or
+ * flags the generated window refuses (an own length for the triangle and
+ * types 14 to 24, an own length with DSP_WINDOW_SYMMETRIC for the others). */
 DSP_API int32_t dsp_window2_scale(double *scale, int32_t type, int32_t flags, int32_t n, double length);
 /* Equivalent noise bandwidth in bins, n * sum(w^2) / sum(w)^2, as the square
  * of the ratio of the amplitude and power scale factors; for flat tops that
  * includes the square of their gain. -1 for a null enbw or when a scale
  * factor fails. */
 DSP_API int32_t dsp_window_enbw(double *enbw, int32_t type, int32_t n);
-/* As dsp_window_enbw for the window of own length `length`. */
+/* As dsp_window_enbw for the window of own length `length`; a length that
+ * leaves every point 0 makes both factors 0.0 and gives NaN (0 / 0). */
 DSP_API int32_t dsp_window2_enbw(double *enbw, int32_t type, int32_t n, double length);
 
 /* Parametric windows. Each builds its window afresh (nothing is cached),

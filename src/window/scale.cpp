@@ -66,8 +66,8 @@ int32_t enbw_through_scales(double *enbw, int32_t type, int32_t n, int32_t own_l
     double power = 0.0;
     if (dsp_window2_scale(&amplitude, type, own_length | DSP_WINDOW_SCALE_AMPLITUDE, n, length) != 0) return -1;
     if (dsp_window2_scale(&power, type, own_length | DSP_WINDOW_SCALE_POWER, n, length) != 0) return -1;
-    // An all-zero window has no bandwidth.
-    const double ratio = power == 0.0 ? 0.0 : amplitude / power;
+    // An all-zero window has both factors 0.0 and no defined bandwidth: NaN.
+    const double ratio = amplitude / power;
     *enbw = ratio * ratio;
     return 0;
 }

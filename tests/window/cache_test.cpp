@@ -29,7 +29,13 @@ TEST(WindowCache, RepeatedWindowsAllocateNothing)
     EXPECT_EQ(growths_for(hooks, 1024), 1);
     EXPECT_EQ(growths_for(hooks, 1024), 0);
     // Rotation flags do not change the window; the scaling mode does.
-    EXPECT_EQ(growths_for(hooks, 1024, DSP_WINDOW_NO_ROTATE), 0);
+    Record rotated(std::vector<double>(1024, 1.0));
+    hooks.reset_counts();
+    EXPECT_EQ(dspi_window(rotated.get(), DSP_WINDOW_HANN, 0), 0);
+    EXPECT_EQ(dspi_window(rotated.get(), DSP_WINDOW_HANN, DSP_WINDOW_ROTATE_UNIFORM), 0);
+    // Without an own length the length argument is not part of the key.
+    EXPECT_EQ(dspi_window2(rotated.get(), DSP_WINDOW_HANN, 0, 123.0), 0);
+    EXPECT_EQ(hooks.counts().total(), 0);
     EXPECT_EQ(growths_for(hooks, 1024, DSP_WINDOW_SCALE_POWER), 1);
     EXPECT_EQ(growths_for(hooks, 1024, DSP_WINDOW_SCALE_POWER), 0);
 
@@ -65,6 +71,8 @@ TEST(WindowCache, SixteenSlotsReplacedRoundRobin)
     EXPECT_EQ(growths_for(hooks, 94), 1);   // rebuilt into slot 7
     EXPECT_EQ(growths_for(hooks, 92), 0);
     EXPECT_EQ(growths_for(hooks, 100), 0);
+    // A shorter window replacing slot 1 (99 points) reuses its storage.
+    EXPECT_EQ(growths_for(hooks, 60), 0);
 
     // A replacement whose build fails leaves the slot empty, not holding the
     // window it had before under the new key.

@@ -68,6 +68,18 @@ TEST(WindowCatalogue, CosineSumsFollowTheirCoefficients)
     // product rather than accumulated.
     const auto long_hann = catalogue(DSP_WINDOW_HANN, DSP_WINDOW_SCALE_NONE, 4001);
     EXPECT_EQ(long_hann[2000 + 1024], 0.5 + 0.5 * std::cos(1024 * (6.283185307179586 / 4001)));
+    // Each term's angle is the previous term's plus the step: for Flat7 two
+    // points from the centre of 11, k * step would round differently.
+    const std::vector<double> &a = raw_cosine(DSP_WINDOW_FLAT7).a;
+    const double step = 6.283185307179586 / 11 + 6.283185307179586 / 11;
+    double value = a[0], angle = 0.0;
+    for (std::size_t k = 1; k < a.size(); ++k) {
+        angle += step;
+        value += a[k] * std::cos(angle);
+    }
+    const auto flat7 = catalogue(DSP_WINDOW_FLAT7, DSP_WINDOW_SCALE_NONE, 11);
+    EXPECT_EQ(flat7[7], value);
+    EXPECT_EQ(flat7[3], value);
 }
 
 TEST(WindowCatalogue, TriangleIsScaledToItsMode)

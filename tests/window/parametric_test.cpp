@@ -71,7 +71,7 @@ TEST(WindowParametric, KaiserShapeClampAndPeak)
         return generated(33, [=](dsp *s) { return dspi_window_kaiser(s, beta, flags | kNoRotate); });
     };
     const double limit = 460.51701859880916, power_limit = 230.25850929940458;
-    for (int mode : {0, 2}) {
+    for (int mode : {0, 2, 3}) {
         EXPECT_EQ(kaiser(1000.0, mode), kaiser(limit, mode));
         EXPECT_EQ(kaiser(-1000.0, mode), kaiser(limit, mode));
         EXPECT_NE(kaiser(limit * (1 - 1e-12), mode), kaiser(limit, mode));
@@ -91,7 +91,7 @@ TEST(WindowParametric, GaussTukeyAndSincLobe)
                 const Values gauss = centred(n, split, [n](long double d) { return std::exp(-0.5L * d * d / (n * n * 0.04L)); });
                 EXPECT_TRUE(close_to(generated(n, [&](dsp *s) { return dspi_window_gauss(s, 0.2, flags); }),
                                      normalised(gauss, mode), 1e-12L));
-                for (long double r : {0.25L, 0.5L, 1.0L}) {
+                for (long double r : {0.25L, 0.5L, 1.0L, 1.5L}) {
                     const Values tukey = centred(n, split, [&](long double d) {
                         const long double flat = (1 - r) * n / 2;
                         return d <= flat ? 1.0L : 0.5L * (1 + std::cos(2 * kPi * (d - flat) / (n * r)));
@@ -124,6 +124,13 @@ TEST(WindowParametric, GaussTukeyAndSincLobe)
     EXPECT_EQ(generated(8, [](dsp *s) { return dspi_window_tukey(s, 0.25, 2 | kNoRotate); }),
               (std::vector<double>{0, 1, 1, 1, 1, 1, 1, 1}));
     EXPECT_EQ(generated(8, [](dsp *s) { return dspi_window_tukey(s, 0.0, 2 | kNoRotate); }), std::vector<double>(8, 1.0));
+    // Beyond the first zero (8 points, extent 4: the far point at x = 4) the
+    // exponents 1 and 2 are recognised within the tolerant equality.
+    auto far_lobe = [](double q) { return generated(8, [q](dsp *s) { return dspi_window_sinc(s, 4.0, q, 2 | kNoRotate); })[0]; };
+    const double u = std::sin(4.0) / 4.0;
+    EXPECT_EQ(far_lobe(1.0 + 4e-16), u);
+    EXPECT_EQ(far_lobe(2.0 * (1.0 + 4e-16)), u * u);
+    EXPECT_EQ(far_lobe(1.0 + 1e-14), 0.0);
     // Mode 3 leaves zeros, deliberately.
     for (const Apply &apply : {Apply([](dsp *s) { return dspi_window_gauss(s, 0.2, 3); }),
                                Apply([](dsp *s) { return dspi_window_tukey(s, 0.5, 3); }),

@@ -72,6 +72,10 @@ TEST(WindowScale, GeneratedWindowsAreMeasured)
                            / bessel_i0(beta);
                 });
                 EXPECT_NEAR(scale_of(DSP_WINDOW_KAISER100, mode | flags, n), expected_scale(kaiser, mode), 1e-10);
+                const Values tukey = centred(n, split, [n](long double d) {
+                    return d <= 0.375L * n ? 1.0L : 0.5L * (1.0L + std::cos(2.0L * kPi * (d - 0.375L * n) / (0.25L * n)));
+                });
+                EXPECT_NEAR(scale_of(24, mode | flags, n), expected_scale(tukey, mode), 1e-12);
             }
         }
         // Own lengths: the flat top keeps its gain, the uniform window
@@ -113,8 +117,11 @@ TEST(WindowScale, NoiseBandwidth)
     double e = 0.0;
     EXPECT_EQ(dsp_window2_enbw(&e, DSP_WINDOW_HANN, 4096, 2048.0), 0);
     EXPECT_NEAR(e, 3.0, 1e-12);
-    EXPECT_EQ(dsp_window2_enbw(&e, DSP_WINDOW_HANN, 64, 0.0), 0);  // no points left
+    // No points left: both factors are 0.0, so the bandwidth is 0 / 0.
+    EXPECT_EQ(dsp_window2_scale(&e, DSP_WINDOW_HANN, DSP_WINDOW_OWN_LENGTH, 64, 0.0), 0);
     EXPECT_EQ(e, 0.0);
+    EXPECT_EQ(dsp_window2_enbw(&e, DSP_WINDOW_HANN, 64, 0.0), 0);
+    EXPECT_TRUE(std::isnan(e));
 }
 
 TEST(WindowScale, Refusals)
