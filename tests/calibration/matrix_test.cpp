@@ -180,7 +180,7 @@ TEST(CalibMatrix, CacheKeepsFourMostRecentAndEmptiesWithTheLastLive)
     }
 }
 
-TEST(CalibMatrix, ProductMatchesLongDoubleSumsStartingFromZero)
+TEST(CalibMatrix, ProductMatchesLongDoubleSumsAddedInOrderFromZero)
 {
     std::mt19937 gen(11);
     for (uint32_t rows : {1u, 3u, 5u})
@@ -215,6 +215,12 @@ TEST(CalibMatrix, ProductMatchesLongDoubleSumsStartingFromZero)
     const Matrix q =
         dsp_calib::product(Matrix::from_array(1, 1, a, false), Matrix::from_array(1, 1, b, false));
     EXPECT_FALSE(std::signbit(q.get(0).re));
+    // k ascending: 1 + 2^53 rounds back to 2^53 and the sum ends at 0; in
+    // the other order it would end at 1.
+    const double row[] = {1, 0, 0x1p53, 0, -0x1p53, 0}, ones[] = {1, 0, 1, 0, 1, 0};
+    const Matrix dot = dsp_calib::product(Matrix::from_array(1, 3, row, false),
+                                          Matrix::from_array(3, 1, ones, false));
+    EXPECT_EQ(dot.get(0).re, 0.0);
 }
 
 TEST(CalibMatrix, FailedInversionStopsWherePivotingDid)
