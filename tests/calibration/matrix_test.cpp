@@ -252,4 +252,12 @@ TEST(CalibMatrix, FailedInversionStopsWherePivotingDid)
         const Complex v = p.get(3 * i);
         EXPECT_LE(std::abs(calib_test::C(v.re, v.im) - column[i]), 1e-15) << i;
     }
+
+    // A NaN first candidate is never replaced by a later row: column 0 has
+    // no pivot, though row 1 would serve, and nothing is reduced.
+    const double nan_first[] = {std::numeric_limits<double>::quiet_NaN(), 0, 0, 0, 1, 0, 1, 0};
+    Matrix q = Matrix::from_array(2, 2, nan_first, false);
+    EXPECT_FALSE(dsp_calib::invert_in_place(q));
+    EXPECT_EQ(q.get(2).re, 1.0);
+    EXPECT_EQ(q.get(3).re, 1.0);
 }
