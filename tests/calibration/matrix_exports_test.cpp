@@ -61,6 +61,12 @@ TEST(CalibInvert, MatchesLongDoubleInverseWithAndWithoutRowExchanges)
             EXPECT_LE(err, 1e-14L * size) << "n " << n;
         }
     }
+    // Hand-derived: the pivot row is multiplied by the pivot's reciprocal,
+    // so [[3, 5], [0, 1]] inverts to [[1/3, -(5 x (1/3))], [0, 1]], one unit
+    // away from -5/3.
+    std::vector<double> small = {3, 0, 5, 0, 0, 0, 1, 0};
+    ASSERT_EQ(invert(small.data(), 2), 1);
+    EXPECT_EQ(small, (std::vector<double>{1.0 / 3.0, 0, -(5.0 * (1.0 / 3.0)), 0, 0, 0, 1, 0}));
     double untouched = 42.0;
     EXPECT_EQ(invert(&untouched, 0), 1);
     EXPECT_EQ(untouched, 42.0);
@@ -136,6 +142,15 @@ TEST(CalibMatrixMult, ProductIsWrittenColumnMajorAndInnerSizeIsChecked)
     // Inner dimension above the rows of a: -1, nothing written.
     std::vector<C> a(6, C(1, 1)), b(6, C(1, 1)), out(4, C(-7.0, -7.0));
     EXPECT_EQ(MatrixMult(a.data(), b.data(), out.data(), 2, 3, 2), -1);
+    EXPECT_EQ(out, std::vector<C>(4, C(-7.0, -7.0)));
+    // The test compares the 32-bit products n * n and m * n as they wrap: an
+    // inner dimension of 2^16 squares to 0 and passes against one row, and
+    // n = -1 squares to 1 and fails against m * n = -3.
+    const std::vector<C> ones(0x10000, C(1, 0));
+    std::vector<C> dot(1, C(-7.0, -7.0));
+    EXPECT_EQ(MatrixMult(ones.data(), ones.data(), dot.data(), 1, 0x10000, 1), 1);
+    EXPECT_EQ(dot[0], C(0x10000, 0));
+    EXPECT_EQ(MatrixMult(a.data(), b.data(), out.data(), 3, -1, 2), -1);
     EXPECT_EQ(out, std::vector<C>(4, C(-7.0, -7.0)));
     // An oversized product throws the library's bad_alloc through to the
     // caller, before writing anything.

@@ -50,6 +50,12 @@ TEST(CalibComplex, DivisionMatchesTheQuotientAndGivesNanOnBadDivisors)
     }
     EXPECT_EQ(divide({3.0, 1.0}, {0.0, 2.0}).re, 0.5);  // hand-derived
     EXPECT_EQ(divide({3.0, 1.0}, {0.0, 2.0}).im, -1.5);
+    // Both branches scale by the reciprocal of the denominator rather than
+    // dividing by it: 5 x (1/3) is one unit below 5/3.
+    const double five_thirds = 5.0 * (1.0 / 3.0);
+    ASSERT_NE(five_thirds, 5.0 / 3.0);
+    EXPECT_EQ(divide({5.0, 0.0}, {3.0, 0.0}).re, five_thirds);
+    EXPECT_EQ(divide({0.0, 5.0}, {0.0, 3.0}).re, five_thirds);
     const double nan = std::numeric_limits<double>::quiet_NaN();
     const double inf = std::numeric_limits<double>::infinity();
     for (Complex bad : {Complex{0.0, 0.0}, Complex{-0.0, 0.0}, Complex{nan, 1.0}, Complex{1.0, nan},
@@ -69,11 +75,16 @@ TEST(CalibMatrix, HandlesShareUntilOneWrites)
     {
         Matrix a = Matrix::acquire(2, 2);
         for (uint32_t i = 0; i < 4; ++i) a.set(i, {double(i), -double(i)});
+        const Complex *spare;
+        {
+            const Matrix released = Matrix::acquire(2, 2);
+            spare = released.elements();
+        }
         Matrix b = a;
         EXPECT_EQ(a.references(), 2);
         EXPECT_EQ(b.elements(), a.elements());
         b.set(3, {9.0, 9.0});
-        EXPECT_NE(b.elements(), a.elements());
+        EXPECT_EQ(b.elements(), spare);  // the private copy comes from the cache
         EXPECT_EQ(a.references(), 1);
         EXPECT_EQ(b.references(), 1);
         EXPECT_EQ(a.get(3).re, 3.0);
@@ -140,6 +151,16 @@ TEST(CalibMatrix, CacheKeepsFourMostRecentAndEmptiesWithTheLastLive)
         EXPECT_EQ(slot_cols(), (std::vector<int>{3, 1, 0, 2}));
         EXPECT_EQ(cached.get(0).im, 2.0);
         EXPECT_EQ(live(), 3);
+        // Of two slots with the wanted shape, the first (most recent) serves.
+        const Complex *older = nullptr, *newer = nullptr;
+        {
+            const Matrix first = Matrix::acquire(2, 5), second = Matrix::acquire(2, 5);
+            newer = first.elements();  // released after second
+            older = second.elements();
+        }
+        const Matrix reused = Matrix::acquire(2, 5);
+        EXPECT_EQ(reused.elements(), newer);
+        EXPECT_NE(reused.elements(), older);
     }
     const dsp_calib::CacheState state = dsp_calib::cache_state();
     EXPECT_EQ(state.live, 0);
@@ -159,7 +180,7 @@ TEST(CalibMatrix, CacheKeepsFourMostRecentAndEmptiesWithTheLastLive)
     }
 }
 
-TEST(CalibMatrix, ProductMatchesLongDoubleSumsStartingFromZero)
+TEST(CalibMatrix, ProductMatchesLongDoubleSumsAddedInOrderFromZero)
 {
     std::mt19937 gen(11);
     for (uint32_t rows : {1u, 3u, 5u})
@@ -194,6 +215,12 @@ TEST(CalibMatrix, ProductMatchesLongDoubleSumsStartingFromZero)
     const Matrix q =
         dsp_calib::product(Matrix::from_array(1, 1, a, false), Matrix::from_array(1, 1, b, false));
     EXPECT_FALSE(std::signbit(q.get(0).re));
+    // k ascending: 1 + 2^53 rounds back to 2^53 and the sum ends at 0; in
+    // the other order it would end at 1.
+    const double row[] = {1, 0, 0x1p53, 0, -0x1p53, 0}, ones[] = {1, 0, 1, 0, 1, 0};
+    const Matrix dot = dsp_calib::product(Matrix::from_array(1, 3, row, false),
+                                          Matrix::from_array(3, 1, ones, false));
+    EXPECT_EQ(dot.get(0).re, 0.0);
 }
 
 TEST(CalibMatrix, FailedInversionStopsWherePivotingDid)
@@ -209,4 +236,28 @@ TEST(CalibMatrix, FailedInversionStopsWherePivotingDid)
         EXPECT_EQ(m.get(i).re, want[i]) << i;
         EXPECT_EQ(m.get(i).im, 0.0) << i;
     }
+
+    // Pivots are ranked by |z|: of (5.3, 0), (3.8, 3.8) and (5, 2.5) the last
+    // wins, though the first has the largest part and the second the largest
+    // |re| + |im|. With column 1 empty the sweep stops after column 0, the
+    // pivot row moved to row 0 and scaled by its reciprocal.
+    const calib_test::C first(5.3, 0), second(3.8, 3.8), third(5, 2.5);
+    const double b[] = {first.real(),  first.imag(),  0, 0, 0, 0,
+                        second.real(), second.imag(), 0, 0, 0, 0,
+                        third.real(),  third.imag(),  0, 0, 0, 0};
+    Matrix p = Matrix::from_array(3, 3, b, false);
+    EXPECT_FALSE(dsp_calib::invert_in_place(p));
+    const calib_test::C column[] = {1.0 / third, -second / third, -first / third};
+    for (uint32_t i = 0; i < 3; ++i) {
+        const Complex v = p.get(3 * i);
+        EXPECT_LE(std::abs(calib_test::C(v.re, v.im) - column[i]), 1e-15) << i;
+    }
+
+    // A NaN first candidate is never replaced by a later row: column 0 has
+    // no pivot, though row 1 would serve, and nothing is reduced.
+    const double nan_first[] = {std::numeric_limits<double>::quiet_NaN(), 0, 0, 0, 1, 0, 1, 0};
+    Matrix q = Matrix::from_array(2, 2, nan_first, false);
+    EXPECT_FALSE(dsp_calib::invert_in_place(q));
+    EXPECT_EQ(q.get(2).re, 1.0);
+    EXPECT_EQ(q.get(3).re, 1.0);
 }

@@ -239,4 +239,19 @@ TEST(CalibOnePort, EnhancedResponseUndoesTheForwardModel)
                           s.data(), refl.data(), trans.data(), 0, int32_t(n), 0);
     EXPECT_EQ(refl, m);
     EXPECT_EQ(trans, s);
+
+    // Hand-derived real point, D 1, S 1, R 9, L 3, T 13, m 3, s 3: den = 11,
+    // t21 = (9 x 3) / (13 x 11) and s11 = 2 / 11 - 3 (t21 t21), every quotient
+    // a product with the divisor's reciprocal. Other groupings, (R s / T) / den
+    // or (L t21) t21, round differently here. Any nonzero flag uses L.
+    const double t21 = (9.0 * 3.0) * (1.0 / (13.0 * 11.0));
+    const double s11_lm = 2.0 * (1.0 / 11.0) - 3.0 * (t21 * t21);
+    ASSERT_NE(t21, ((9.0 * 3.0) * (1.0 / 13.0)) * (1.0 / 11.0));
+    ASSERT_NE(s11_lm, 2.0 * (1.0 / 11.0) - (3.0 * t21) * t21);
+    const C d1(1), s1(1), r9(9), l3(3), t13(13), m3(3), s3(3);
+    C refl1, trans1;
+    EXPECT_EQ(ApplyEnhancedResponse(&d1, &s1, &r9, &l3, &t13, &m3, &s3, &refl1, &trans1, 0, 1, 2),
+              1);
+    EXPECT_EQ(trans1, C(t21, 0));
+    EXPECT_EQ(refl1, C(s11_lm, 0));
 }
