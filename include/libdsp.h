@@ -120,8 +120,9 @@ DSP_API int32_t dsp_append(dsp *dst, const dsp *src);
 /* Compares delta, then the samples in storage order, with an absolute,
  * inclusive tolerance: *verdict = +1 at the first difference a - b above tol,
  * -1 at the first below -tol (or NaN), 0 when none. A real record compares as
- * if its imaginary parts were 0. Returns -1 (verdict untouched) when the point
- * counts differ. */
+ * if its imaginary parts were 0; a NaN imaginary part of a complex b against a
+ * real a gives +1. Returns -1 (verdict untouched) when the point counts
+ * differ. */
 DSP_API int32_t dsp_cmp(const dsp *a, const dsp *b, double tol, int32_t *verdict);
 
 /* ------------------------------------------------------------------------- */

@@ -126,7 +126,7 @@ TEST(ComplexForm, DecibelsWithFloorAndClamp)
     EXPECT_DOUBLE_EQ(r->data[5], floor10);  // the smallest normal itself takes the logarithm
     EXPECT_EQ(r->complex, 0);
 
-    Record c({0, 1, 3, 4, 1e-200, 0, 1e200, kNaN}, true);
+    Record c({0, 1, 3, 4, 1e-200, 0, 1e200, kNaN, 0x1p-511, 0}, true);
     ASSERT_EQ(dspi_db(c.get(), 20.0), 0);
     EXPECT_EQ(c->complex, 1);
     EXPECT_EQ(c->data[0], 0.0);
@@ -138,6 +138,7 @@ TEST(ComplexForm, DecibelsWithFloorAndClamp)
     // Parts pinned to (1e100, -1e100): level of 2e200, phase -pi/4.
     EXPECT_DOUBLE_EQ(c->data[6], 10 * std::log10(2e200));
     EXPECT_DOUBLE_EQ(c->data[7], 20 * (-kPi / 4) * 0.4342944819032518);
+    EXPECT_DOUBLE_EQ(c->data[8], floor10);  // a power of exactly the floor takes the logarithm
 }
 
 TEST(ComplexForm, TimesIAndComplexScale)
@@ -215,6 +216,12 @@ TEST(ComplexForm, OutOfPlaceMagnitudeAndRoot)
     EXPECT_EQ(res.values(), (V{0, 3, 0}));
     ASSERT_EQ(dspu_sqrt(huge.get(), res.get()), 0);  // |z| pinned to 1e100
     EXPECT_EQ(res.values(), (V{1e50, 0}));
+    Record edge({1e100, 1e100, kNaN, 1}, true);  // parts of +-1e100 are still in range; NaN is not
+    ASSERT_EQ(dspu_sqrt(edge.get(), res.get()), 0);
+    const std::complex<long double> edge_root = std::sqrt(std::complex<long double>(1e100L, 1e100L));
+    EXPECT_NEAR(res->data[0], static_cast<double>(edge_root.real()), 1e35);
+    EXPECT_NEAR(res->data[1], static_cast<double>(edge_root.imag()), 1e35);
+    EXPECT_TRUE(std::isnan(res->data[2]) && std::isnan(res->data[3]));  // magnitude 1e100, phase NaN
     Record zero({0, 0}, true);
     ASSERT_EQ(dspu_sqrt(zero.get(), res.get()), 0);
     EXPECT_EQ(res.values(), (V{0, 0}));
@@ -282,6 +289,10 @@ TEST(Unwrap, AgainstThePreviousValue)
     EXPECT_EQ(a->data[0], 3.0);
     EXPECT_DOUBLE_EQ(a->data[1], 2 * kPi - 3.0);
     EXPECT_DOUBLE_EQ(b->data[0], 4.0 - 2 * kPi);
+    // A step folding to exactly +pi is kept as +pi, not turned into -pi.
+    Record odd_turn({kPi + 2 * kPi});
+    ASSERT_EQ(dspi_unwrap(odd_turn.get()), 0);
+    EXPECT_EQ(odd_turn->data[0], kPi);
 
     // A wrapped linear phase comes back as the ramp (steps below pi).
     V ramp(200), wrapped(200);
@@ -324,6 +335,20 @@ TEST(Unwrap, AgainstAMovingMean)
     Record eight(wrapped);
     ASSERT_EQ(dspi_unwrap_wnd(eight.get(), 8), 0);
     for (std::size_t i = 0; i < wrapped.size(); ++i) EXPECT_NEAR(eight->data[i], noisy_ramp[i], 1e-9) << i;
+
+    // Window 3 by hand: during start-up the reference is the mean of the
+    // values so far (1.5 before 4.5, which stays), then the mean of the last
+    // three (2.5 before 6, which is folded although it is near its neighbour).
+    Record hand({0.0, 3.0, 4.5, 6.0});
+    ASSERT_EQ(dspi_unwrap_wnd(hand.get(), 3), 0);
+    EXPECT_EQ(hand.values(), (V{0.0, 3.0, 4.5, 2.5 + (3.5 - 2 * kPi)}));
+    // The steady mean is sum * (1/window): 3.5 * (1/3) lies one step below
+    // 3.5 / 3, and a value just over pi above it is folded.
+    const double mean = 3.5 * (1.0 / 3);
+    const double over = std::nextafter(mean + kPi, 10.0);
+    Record rounding({0.0, 0.5, 3.0, over});
+    ASSERT_EQ(dspi_unwrap_wnd(rounding.get(), 3), 0);
+    EXPECT_LT(rounding->data[3], 0.0);
 
     // Window 0 folds each value on its own; a window longer than the record works too.
     Record zero({7.0, -7.0, 3.5});

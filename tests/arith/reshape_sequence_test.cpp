@@ -83,6 +83,12 @@ TEST(ReshapeSequence, IntegAndDifferAgainstRunningSums)
     ASSERT_EQ(dspi_differ(c.get()), 0);
     EXPECT_EQ(c.values(), complex_x);
 
+    // Each step adds x * delta to the previous sum: 0.2 + 0.5 is 0.7, while
+    // (1 + 1 + 5) * 0.1 would be 0.7000000000000001.
+    Record steps({1, 1, 5}, false, 0.1);
+    ASSERT_EQ(dspi_integ(steps.get()), 0);
+    EXPECT_EQ(steps.values(), (std::vector<double>{0.1, 0.2, 0.7}));
+
     Record first({4, 7, 5}, false, 0.25);
     ASSERT_EQ(dspi_differ(first.get()), 0);
     EXPECT_EQ(first.values(), (std::vector<double>{16, 12, -8}));

@@ -184,6 +184,17 @@ TEST(BinaryShape, ResultSharingAnInputKeepsItsValues)
     EXPECT_EQ(a->complex, 1);
     EXPECT_EQ(a->allocated, 6);
     EXPECT_EQ(V(a->data, a->data + 3), (V{1, 2, 3}));  // real values survive the doubling
+
+    // Caller-attached storage is copied with the result's old (real) size:
+    // the sanitizers report any read past these three values.
+    double attached[3] = {4, 5, 6};
+    dsp s;
+    dsp_init(&s);
+    s.data = attached;
+    s.points = 3;
+    ASSERT_EQ(dsp_binary_shape(&s, c.get(), &s), 0);
+    EXPECT_EQ(V(s.data, s.data + 3), (V{4, 5, 6}));
+    dsp_destroy(&s);
 }
 
 TEST(CopyFailures, ReturnMinusOneAndLeaveInputsAlone)

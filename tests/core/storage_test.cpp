@@ -97,18 +97,6 @@ TEST(RecordStorage, AllocSizesAndReuse)
     EXPECT_EQ(s->data[9], 9.0);
 }
 
-TEST(RecordStorage, ReallocKeepsContents)
-{
-    Record s({1, 2, 3});
-    s->points = 4;
-    s->complex = 1;
-    ASSERT_EQ(dsp_realloc(s.get(), 3, 0), 0);
-    EXPECT_EQ(s->allocated, 8);
-    EXPECT_EQ(s->data[0], 1.0);
-    EXPECT_EQ(s->data[1], 2.0);
-    EXPECT_EQ(s->data[2], 3.0);
-}
-
 TEST(RecordStorage, CallerAttachedStorageIsNeverFreed)
 {
     // Stack arrays: freeing either would be reported by the sanitizers.
