@@ -150,8 +150,9 @@ DSP_API int32_t dspi_zpad(dsp *s, int32_t n);
  * and old is odd. Split: the front part holds the extra point of an odd count. */
 DSP_API int32_t dspi_zpad2(dsp *s, int32_t n, int32_t flags);
 /* Shrinks to n points, keeping the part that the placement names (the inverse
- * of dspi_zpad2), scaled by n/old (or its square root). Invalid flags give -1
- * with the record untouched. n < 0 counts as 0. */
+ * of dspi_zpad2), scaled by n/old (or its square root); the end placement
+ * keeps the last n points unscaled in every mode. Invalid flags give -1 with
+ * the record untouched. n < 0 counts as 0. */
 DSP_API int32_t dspi_unzpad(dsp *s, int32_t n, int32_t flags);
 /* Sets every value to 0.0; the point count is kept. */
 DSP_API int32_t dspi_zero(dsp *s);

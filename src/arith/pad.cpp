@@ -148,7 +148,9 @@ int32_t dspi_unzpad(dsp *s, int32_t n, int32_t flags)
     const int32_t placement = flags & DSP_PAD_PLACEMENT_MASK;
     if (mode == DSP_PAD_SCALE_MASK || !valid_placement(placement)) return -1;
 
-    const Amplitude a = amplitude(mode, n, old, n > 0);
+    // Keeping the end of a record is a plain cut: the end placement never
+    // rescales, whatever the mode says.
+    const Amplitude a = amplitude(mode, n, old, n > 0 && placement != DSP_PAD_END);
     const std::size_t w = s->complex ? 2 : 1;
     const Layout at = layout(placement, old, n);
     const std::size_t back_start = w * (static_cast<std::size_t>(old) - at.back_len);

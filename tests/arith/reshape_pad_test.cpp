@@ -94,7 +94,7 @@ Points unpadded_reference(const Points &data, int shorter, int scaling, int plac
         out.assign(data.begin() + at, data.begin() + at + shorter);
         break;
     }
-    case DSP_PAD_END: out.assign(data.end() - shorter, data.end()); break;
+    case DSP_PAD_END: return Points(data.end() - shorter, data.end());  // never rescaled
     default:
         out.assign(data.begin(), data.begin() + (shorter - shorter / 2));
         out.insert(out.end(), data.end() - shorter / 2, data.end());
