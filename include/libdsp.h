@@ -249,6 +249,43 @@ DSP_API int32_t dspu_magsq(const dsp *src, dsp *dst);
  * for complex points. dst may be src. */
 DSP_API int32_t dspu_sqrt(const dsp *src, dsp *dst);
 
+/* ------------------------------------------------------------------------- */
+/* FFT                                                                       */
+/* ------------------------------------------------------------------------- */
+/* Lengths are powers of two (1, 2, 4, ... 2^30); any other point count gives
+ * -1 with the signal untouched. Forward: X[k] = (1/N) sum x[n] e^(-j2pi nk/N);
+ * inverse: x[n] = sum X[k] e^(+j2pi nk/N), without a factor, so a forward
+ * transform followed by an inverse one restores the input. A transform of N
+ * points replaces delta by 1/(N delta) (1e100 when delta is 0).
+ * Tables (twiddles per block size, bit-reversal swap and fixed-point lists
+ * per bit count) are built on the first transform of a size and kept until
+ * dsp_free_internal; a table that cannot be built gives -1 with the signal
+ * untouched, and is tried again on the next call. */
+
+/* In-place complex FFT; inverse = 0 forward, non-zero inverse. A real signal
+ * is first widened to complex (its storage doubles); a one-point signal is
+ * left as it is (a real one stays real). */
+DSP_API int32_t dspi_fft(dsp *s, int32_t inverse);
+/* Forward FFT of a real signal of N points, in place: the result is complex
+ * with N/2 + 1 points X[0] .. X[N/2] (imaginary parts of X[0] and X[N/2] are
+ * 0), scaled by 1/N; the storage grows by two doubles. A complex signal gives
+ * -1. One point becomes one complex point; two points become X0 = (x0+x1)/2,
+ * X1 = (x0-x1)/2 (both points kept). */
+DSP_API int32_t dspi_rfft(dsp *s);
+/* Inverse of dspi_rfft: a one-sided spectrum of n points becomes 2(n-1) real
+ * values (the conjugate-symmetric spectrum is rebuilt with dspi_orecon, then
+ * transformed with dspi_fft(s, 1)). */
+DSP_API int32_t dspi_irfft(dsp *s);
+/* Bit-reversal permutation of the points (real values or complex pairs) in
+ * place; delta unchanged. */
+DSP_API int32_t dspi_bitrev(dsp *s);
+/* The same permutation with every value multiplied by 1/N. */
+DSP_API int32_t dspi_bitrev_scale(dsp *s);
+/* dspi_fft on a caller's array of `points` interleaved complex values,
+ * transformed in place (delta taken as 1.0). The array cannot grow, so it
+ * must hold complex data: complex_flag = 0 or a null array gives -1. */
+DSP_API int32_t cf_dspi_fft(double *data, int32_t points, int32_t complex_flag, int32_t inverse);
+
 #ifdef __cplusplus
 }
 #endif
