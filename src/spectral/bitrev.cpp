@@ -3,40 +3,59 @@
 #include "core/numeric.hpp"
 #include "spectral/fft_engine.hpp"
 
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 namespace dsp_spectral {
 namespace {
 
-template <int Width>
-void swap_pairs(double *x, const int32_t *swaps)
-{
-    for (const int32_t *p = swaps; *p != 0; p += 2) {
-        double *a = x + Width * static_cast<std::size_t>(p[0]);
-        double *b = x + Width * static_cast<std::size_t>(p[1]);
-        for (int w = 0; w < Width; ++w) {
-            const double t = a[w];
-            a[w] = b[w];
-            b[w] = t;
-        }
-    }
-}
-
-template <int Width>
-void swap_pairs_scaled(double *x, const BitrevTables &t, double scale)
+// Exchanges the two points of every listed pair (Width doubles each); the
+// scaled form multiplies them on the way and then scales every fixed point.
+template <int Width, bool Scaled>
+void permute(double *x, const BitrevTables &t, double scale)
 {
     for (const int32_t *p = t.swaps; *p != 0; p += 2) {
         double *a = x + Width * static_cast<std::size_t>(p[0]);
         double *b = x + Width * static_cast<std::size_t>(p[1]);
         for (int w = 0; w < Width; ++w) {
             const double keep = a[w];
-            a[w] = b[w] * scale;
-            b[w] = keep * scale;
+            a[w] = Scaled ? b[w] * scale : b[w];
+            b[w] = Scaled ? keep * scale : keep;
         }
     }
+    if (!Scaled) return;
     for (const int32_t *f = t.fixed; *f != kFixedEnd; ++f) {
         double *a = x + Width * static_cast<std::size_t>(*f);
         for (int w = 0; w < Width; ++w) a[w] *= scale;
     }
 }
+
+#if defined(__SSE2__)
+// Complex points moved whole, one register each: the transforms' hot path.
+template <bool Scaled>
+void permute_complex_sse2(double *x, const BitrevTables &t, double scale)
+{
+    const __m128d k = _mm_set1_pd(scale);
+    for (const int32_t *p = t.swaps; *p != 0; p += 2) {
+        double *a = x + 2 * static_cast<std::size_t>(p[0]);
+        double *b = x + 2 * static_cast<std::size_t>(p[1]);
+        __m128d va = _mm_loadu_pd(a);
+        __m128d vb = _mm_loadu_pd(b);
+        if (Scaled) {
+            va = _mm_mul_pd(va, k);
+            vb = _mm_mul_pd(vb, k);
+        }
+        _mm_storeu_pd(a, vb);
+        _mm_storeu_pd(b, va);
+    }
+    if (!Scaled) return;
+    for (const int32_t *f = t.fixed; *f != kFixedEnd; ++f) {
+        double *a = x + 2 * static_cast<std::size_t>(*f);
+        _mm_storeu_pd(a, _mm_mul_pd(_mm_loadu_pd(a), k));
+    }
+}
+#endif
 
 int32_t reverse_record(dsp *s, bool scaled)
 {
@@ -71,20 +90,36 @@ bool transform_tables(int bits, TransformTables &out)
     return twiddle_levels(bits, out.twiddles) && bitrev_tables(bits, out.reversal);
 }
 
-void bit_reverse(double *x, int width, const BitrevTables &t)
+void bit_reverse_portable(double *x, int width, const BitrevTables &t)
 {
     if (width == 2)
-        swap_pairs<2>(x, t.swaps);
+        permute<2, false>(x, t, 1.0);
     else
-        swap_pairs<1>(x, t.swaps);
+        permute<1, false>(x, t, 1.0);
+}
+
+void bit_reverse_scaled_portable(double *x, int width, const BitrevTables &t, double scale)
+{
+    if (width == 2)
+        permute<2, true>(x, t, scale);
+    else
+        permute<1, true>(x, t, scale);
+}
+
+void bit_reverse(double *x, int width, const BitrevTables &t)
+{
+#if defined(__SSE2__)
+    if (width == 2) return permute_complex_sse2<false>(x, t, 1.0);
+#endif
+    bit_reverse_portable(x, width, t);
 }
 
 void bit_reverse_scaled(double *x, int width, const BitrevTables &t, double scale)
 {
-    if (width == 2)
-        swap_pairs_scaled<2>(x, t, scale);
-    else
-        swap_pairs_scaled<1>(x, t, scale);
+#if defined(__SSE2__)
+    if (width == 2) return permute_complex_sse2<true>(x, t, scale);
+#endif
+    bit_reverse_scaled_portable(x, width, t, scale);
 }
 
 void transform_delta(dsp *s, int32_t n)

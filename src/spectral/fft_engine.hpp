@@ -26,6 +26,9 @@ bool transform_tables(int bits, TransformTables &out);
 // values (width 1). The scaled form also multiplies every value by `scale`.
 void bit_reverse(double *x, int width, const BitrevTables &t);
 void bit_reverse_scaled(double *x, int width, const BitrevTables &t, double scale);
+// The plain-C++ twins of the two (the vector forms must match them exactly).
+void bit_reverse_portable(double *x, int width, const BitrevTables &t);
+void bit_reverse_scaled_portable(double *x, int width, const BitrevTables &t, double scale);
 
 // A transform of n points turns spacing d into 1/(n d); spacing 0 gives 1e100.
 void transform_delta(dsp *s, int32_t n);

@@ -69,21 +69,37 @@ int32_t reverse_bits(int32_t v, int bits)
 // An index splits into a high and a low half of h bits (and, for an odd bit
 // count, a middle bit that reversal leaves in place). Reversal swaps the
 // halves and reverses each, so pairs and fixed points follow from h-bit
-// numbers alone.
+// numbers alone: high half i with low half rev(j) pairs with high half j and
+// low half rev(i), for every i < j.
+//
+// The pairs are listed in tiles of 4 x 4 reversed values (i' = rev(i),
+// j' = rev(j)): the first point of a pair is (i, j') and the second (j, i'),
+// so within a tile four consecutive j' share one cache line of complex
+// points, as do four consecutive i'. Each line is used four times in a row
+// instead of once per visit; a plain row-by-row order strides through memory
+// by a power of two and keeps evicting its own lines.
 void fill_swaps(int32_t *out, int bits)
 {
     const int h = bits / 2;
     const int32_t half = int32_t{1} << h;
     const int shift = bits % 2 ? h + 1 : h;
-    for (int32_t i = 0; i < half; ++i) {
-        for (int32_t j = i + 1; j < half; ++j) {
-            const int32_t p = (i << shift) + reverse_bits(j, h);
-            const int32_t q = (j << shift) + reverse_bits(i, h);
-            *out++ = p;
-            *out++ = q;
-            if (bits % 2) {
-                *out++ = p + half;
-                *out++ = q + half;
+    const int32_t tile = half < 4 ? half : 4;
+    for (int32_t ti = 0; ti < half; ti += tile) {
+        for (int32_t tj = 0; tj < half; tj += tile) {
+            for (int32_t ri = ti; ri < ti + tile; ++ri) {
+                const int32_t i = reverse_bits(ri, h);
+                for (int32_t rj = tj; rj < tj + tile; ++rj) {
+                    const int32_t j = reverse_bits(rj, h);
+                    if (j <= i) continue;
+                    const int32_t p = (i << shift) + rj;
+                    const int32_t q = (j << shift) + ri;
+                    *out++ = p;
+                    *out++ = q;
+                    if (bits % 2) {
+                        *out++ = p + half;
+                        *out++ = q + half;
+                    }
+                }
             }
         }
     }
@@ -184,12 +200,6 @@ bool bitrev_tables(int bits, BitrevTables &out)
     if (!out.swaps) return false;
     out.fixed = bitrev_list(fixed_cache, bits, fixed_words, fill_fixed);
     return out.fixed != nullptr;
-}
-
-Twiddles twiddle_view(const double *table, int32_t n)
-{
-    const int32_t q = n / 4;
-    return Twiddles{table, table + q, table + 3 * q, table + 4 * q};
 }
 
 const double *twiddle_table(int32_t n)

@@ -36,7 +36,11 @@ struct Twiddles {
     const double *cos3;
     const double *pairs3;
 };
-Twiddles twiddle_view(const double *table, int32_t n);
+inline Twiddles twiddle_view(const double *table, int32_t n)
+{
+    const int32_t q = n / 4;
+    return Twiddles{table, table + q, table + 3 * q, table + 4 * q};
+}
 
 // The table for an n-point block, built on first use; null on failure.
 const double *twiddle_table(int32_t n);

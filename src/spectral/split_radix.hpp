@@ -27,25 +27,36 @@ struct SplitRadix {
     // with r1 = a - c, r2 = b - d; the inverse swaps the roles of +-j and
     // multiplies by the conjugate twiddles.
     template <typename O, bool Inverse, bool Twiddled>
-    static inline void butterfly(double *a, double *b, double *c, double *d, const Twiddles &tw, int32_t k)
+    static inline void butterfly(typename O::V &a, typename O::V &b, typename O::V &c, typename O::V &d,
+                                 const Twiddles &tw, int32_t k)
     {
-        const typename O::V va = O::load(a);
-        const typename O::V vb = O::load(b);
-        const typename O::V vc = O::load(c);
-        const typename O::V vd = O::load(d);
-        O::store(a, O::add(va, vc));
-        O::store(b, O::add(vb, vd));
-        const typename O::V r1 = O::sub(va, vc);
-        const typename O::V r2 = O::sub(vb, vd);
+        const typename O::V r1 = O::sub(a, c);
+        const typename O::V r2 = O::sub(b, d);
+        a = O::add(a, c);
+        b = O::add(b, d);
         const typename O::V one = Inverse ? O::plus_j(r1, r2) : O::minus_j(r1, r2);
         const typename O::V three = Inverse ? O::minus_j(r1, r2) : O::plus_j(r1, r2);
-        if (Twiddled) {
-            O::store(c, O::template twiddle<Inverse>(one, tw.cos1 + k, tw.pairs1 + 2 * k));
-            O::store(d, O::template twiddle<Inverse>(three, tw.cos3 + k, tw.pairs3 + 2 * k));
+        if constexpr (Twiddled) {
+            c = O::template twiddle<Inverse>(one, tw.cos1 + k, tw.pairs1 + 2 * k);
+            d = O::template twiddle<Inverse>(three, tw.cos3 + k, tw.pairs3 + 2 * k);
         } else {
-            O::store(c, one);
-            O::store(d, three);
+            c = one;
+            d = three;
         }
+    }
+
+    template <typename O, bool Inverse, bool Twiddled>
+    static inline void butterfly(double *a, double *b, double *c, double *d, const Twiddles &tw, int32_t k)
+    {
+        typename O::V va = O::load(a);
+        typename O::V vb = O::load(b);
+        typename O::V vc = O::load(c);
+        typename O::V vd = O::load(d);
+        butterfly<O, Inverse, Twiddled>(va, vb, vc, vd, tw, k);
+        O::store(a, va);
+        O::store(b, vb);
+        O::store(c, vc);
+        O::store(d, vd);
     }
 
     template <bool Inverse>
@@ -67,38 +78,66 @@ struct SplitRadix {
         }
     }
 
-    static inline void pair(double *x)
+    // A small block held in registers (one point per value) from its first
+    // stage to its last.
+    template <int Bits, bool Inverse>
+    static inline void leaf_values(typename Narrow::V *v, const TwiddleLevels &tw)
     {
-        const typename Narrow::V a = Narrow::load(x);
-        const typename Narrow::V b = Narrow::load(x + 2);
-        Narrow::store(x, Narrow::add(a, b));
-        Narrow::store(x + 2, Narrow::sub(a, b));
+        if constexpr (Bits == 1) {
+            const typename Narrow::V a = v[0];
+            v[0] = Narrow::add(a, v[1]);
+            v[1] = Narrow::sub(a, v[1]);
+        } else if constexpr (Bits >= 2) {
+            constexpr int32_t n = int32_t{1} << Bits;
+            constexpr int32_t q = n / 4;
+            const Twiddles t = twiddle_view(tw.by_bits[Bits], n);
+            butterfly<Narrow, Inverse, false>(v[0], v[q], v[2 * q], v[3 * q], t, 0);
+            for (int32_t k = 1; k < q; ++k) butterfly<Narrow, Inverse, true>(v[k], v[k + q], v[k + 2 * q], v[k + 3 * q], t, k);
+            leaf_values<Bits - 1, Inverse>(v, tw);
+            leaf_values<Bits - 2, Inverse>(v + n / 2, tw);
+            leaf_values<Bits - 2, Inverse>(v + n / 2 + q, tw);
+        }
     }
 
     template <int Bits, bool Inverse>
     static void leaf(double *x, const TwiddleLevels &tw)
     {
-        if constexpr (Bits == 1) {
-            pair(x);
-        } else if constexpr (Bits >= 2) {
+        constexpr int32_t n = int32_t{1} << Bits;
+        typename Narrow::V v[n];
+        for (int32_t i = 0; i < n; ++i) v[i] = Narrow::load(x + 2 * i);
+        leaf_values<Bits, Inverse>(v, tw);
+        for (int32_t i = 0; i < n; ++i) Narrow::store(x + 2 * i, v[i]);
+    }
+
+    // Blocks of up to 16 points stay in registers; blocks of up to 128 points
+    // are unrolled at compile time, so the many small blocks at the bottom of
+    // the recursion cost no calls.
+    template <int Bits, bool Inverse>
+    static void fixed_block(double *x, const TwiddleLevels &tw)
+    {
+        if constexpr (Bits >= 1 && Bits <= 4) {
+            leaf<Bits, Inverse>(x, tw);
+        } else if constexpr (Bits > 4) {
             constexpr int32_t n = int32_t{1} << Bits;
             stage<Inverse>(x, n, tw.by_bits[Bits]);
-            leaf<Bits - 1, Inverse>(x, tw);
-            leaf<Bits - 2, Inverse>(x + n, tw);
-            leaf<Bits - 2, Inverse>(x + n + n / 2, tw);
+            fixed_block<Bits - 1, Inverse>(x, tw);
+            fixed_block<Bits - 2, Inverse>(x + n, tw);
+            fixed_block<Bits - 2, Inverse>(x + n + n / 2, tw);
         }
     }
 
-    // Blocks of up to 16 points are unrolled at compile time.
     template <bool Inverse>
     static void block(double *x, int bits, const TwiddleLevels &tw)
     {
         switch (bits) {
         case 0: return;
-        case 1: return leaf<1, Inverse>(x, tw);
-        case 2: return leaf<2, Inverse>(x, tw);
-        case 3: return leaf<3, Inverse>(x, tw);
-        case 4: return leaf<4, Inverse>(x, tw);
+        case 1: return fixed_block<1, Inverse>(x, tw);
+        case 2: return fixed_block<2, Inverse>(x, tw);
+        case 3: return fixed_block<3, Inverse>(x, tw);
+        case 4: return fixed_block<4, Inverse>(x, tw);
+        case 5: return fixed_block<5, Inverse>(x, tw);
+        case 6: return fixed_block<6, Inverse>(x, tw);
+        case 7: return fixed_block<7, Inverse>(x, tw);
         default: break;
         }
         const int32_t n = int32_t{1} << bits;
