@@ -39,7 +39,7 @@ int32_t dspi_fft(dsp *s, int32_t inverse)
         TransformTables tables;
         if (!transform_tables(bits, tables)) return -1;
         if (dspi_rtoc(s) != 0) return -1;
-        complex_kernel()(s->data, bits, tables.twiddles, inverse != 0);
+        kernels().transform(s->data, bits, tables.twiddles, inverse != 0);
         if (inverse)
             bit_reverse(s->data, 2, tables.reversal);
         else

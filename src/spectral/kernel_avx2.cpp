@@ -14,6 +14,7 @@
 #endif
 
 #include "spectral/kernels.hpp"
+#include "spectral/real_untangle.hpp"
 #include "spectral/split_radix.hpp"
 #include "spectral/sse2_ops.hpp"
 
@@ -34,6 +35,11 @@ struct Avx2Ops {
         return _mm256_add_pd(a, _mm256_xor_pd(swap(b), _mm256_set_pd(-0.0, 0.0, -0.0, 0.0)));
     }
     static V plus_j(V a, V b) { return _mm256_addsub_pd(a, swap(b)); }
+    static V conj(V a) { return _mm256_xor_pd(a, _mm256_set_pd(-0.0, 0.0, -0.0, 0.0)); }
+    static V times_j(V a) { return _mm256_xor_pd(swap(a), _mm256_set_pd(0.0, -0.0, 0.0, -0.0)); }
+    static V scale(V a, double k) { return _mm256_mul_pd(a, _mm256_set1_pd(k)); }
+    // The two points in the opposite order.
+    static V reverse(V a) { return _mm256_permute2f128_pd(a, a, 0x01); }
 
     // Two points with the twiddles of k and k + 1: the cosines are
     // duplicated across each point, the pairs are already interleaved.
@@ -54,6 +60,11 @@ struct Avx2Ops {
 void avx2_kernel(double *x, int bits, const TwiddleLevels &tw, bool inverse)
 {
     SplitRadix<Avx2Ops, Sse2Ops<true>>::transform(x, bits, tw, inverse);
+}
+
+void avx2_untangle(double *x, int32_t h, const Twiddles &tw)
+{
+    RealUntangle<Avx2Ops, Sse2Ops<true>>::run(x, h, tw);
 }
 
 }  // namespace dsp_spectral

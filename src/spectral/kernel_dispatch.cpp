@@ -19,14 +19,20 @@ bool path_supported(KernelPath path)
     return false;
 }
 
-ComplexKernel kernel_of(KernelPath path)
+const Kernels portable_set = {portable_kernel, portable_untangle};
+#if defined(__x86_64__)
+const Kernels sse2_set = {sse2_kernel, sse2_untangle};
+const Kernels avx2_set = {avx2_kernel, avx2_untangle};
+#endif
+
+const Kernels &kernels_of(KernelPath path)
 {
     switch (path) {
 #if defined(__x86_64__)
-    case KernelPath::sse2: return sse2_kernel;
-    case KernelPath::avx2: return avx2_kernel;
+    case KernelPath::sse2: return sse2_set;
+    case KernelPath::avx2: return avx2_set;
 #endif
-    default: return portable_kernel;
+    default: return portable_set;
     }
 }
 
@@ -49,10 +55,10 @@ void choose_once()
 
 }  // namespace
 
-ComplexKernel complex_kernel()
+const Kernels &kernels()
 {
     choose_once();
-    return kernel_of(current);
+    return kernels_of(current);
 }
 
 KernelPath active_kernel_path()

@@ -2,6 +2,7 @@
 // It serves processors without a vector variant and is the twin the vector
 // variants are checked against.
 #include "spectral/kernels.hpp"
+#include "spectral/real_untangle.hpp"
 #include "spectral/split_radix.hpp"
 
 namespace dsp_spectral {
@@ -23,6 +24,10 @@ struct ScalarOps {
     static V sub(V a, V b) { return V{a.re - b.re, a.im - b.im}; }
     static V minus_j(V a, V b) { return V{a.re + b.im, a.im - b.re}; }
     static V plus_j(V a, V b) { return V{a.re - b.im, a.im + b.re}; }
+    static V conj(V a) { return V{a.re, -a.im}; }
+    static V times_j(V a) { return V{-a.im, a.re}; }
+    static V scale(V a, double k) { return V{a.re * k, a.im * k}; }
+    static V reverse(V a) { return a; }
 
     // u * w with three multiplications, from w's (cos, sin - cos,
     // -(cos + sin)); the conjugate of w exchanges the last two.
@@ -41,6 +46,11 @@ struct ScalarOps {
 void portable_kernel(double *x, int bits, const TwiddleLevels &tw, bool inverse)
 {
     SplitRadix<ScalarOps, ScalarOps>::transform(x, bits, tw, inverse);
+}
+
+void portable_untangle(double *x, int32_t h, const Twiddles &tw)
+{
+    RealUntangle<ScalarOps, ScalarOps>::run(x, h, tw);
 }
 
 }  // namespace dsp_spectral

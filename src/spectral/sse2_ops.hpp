@@ -23,6 +23,10 @@ struct Sse2Ops {
     // a - j b = (a.re + b.im, a.im - b.re); a + j b = (a.re - b.im, a.im + b.re)
     static V minus_j(V a, V b) { return _mm_add_pd(a, _mm_xor_pd(swap(b), _mm_set_pd(-0.0, 0.0))); }
     static V plus_j(V a, V b) { return _mm_add_pd(a, _mm_xor_pd(swap(b), _mm_set_pd(0.0, -0.0))); }
+    static V conj(V a) { return _mm_xor_pd(a, _mm_set_pd(-0.0, 0.0)); }
+    static V times_j(V a) { return _mm_xor_pd(swap(a), _mm_set_pd(0.0, -0.0)); }
+    static V scale(V a, double k) { return _mm_mul_pd(a, _mm_set1_pd(k)); }
+    static V reverse(V a) { return a; }
 
     // u * w = t + (u.im, u.re) * (sin - cos, -(cos + sin)), t = cos * (u.re + u.im).
     template <bool Conjugate>
