@@ -6,20 +6,12 @@
 
 namespace {
 
-constexpr int32_t kScaleSqrt = 1;
-constexpr int32_t kScaleNone = 2;
-constexpr int32_t kScaleMask = 3;  // the mode equal to the whole mask is invalid
-
-constexpr int32_t kPlaceFront = 0x000;
-constexpr int32_t kPlaceCenter = 0x100;
-constexpr int32_t kPlaceEnd = 0x200;
-constexpr int32_t kPlaceSplit = 0x300;
-constexpr int32_t kPlacementMask = 0x700;
+// The scaling mode equal to the whole mask (3) is invalid.
 
 bool valid_placement(int32_t placement)
 {
-    return placement == kPlaceFront || placement == kPlaceCenter || placement == kPlaceEnd ||
-           placement == kPlaceSplit;
+    return placement == DSP_PAD_FRONT || placement == DSP_PAD_CENTER || placement == DSP_PAD_END ||
+           placement == DSP_PAD_SPLIT;
 }
 
 // The amplitude factor of a length change from `from` to `to` points (always
@@ -33,10 +25,10 @@ struct Amplitude {
 Amplitude amplitude(int32_t mode, int32_t to, int32_t from, bool defined)
 {
     Amplitude a;
-    if (mode == kScaleNone || !defined) return a;
+    if (mode == DSP_PAD_SCALE_NONE || !defined) return a;
     a.scaling = true;
     a.factor = static_cast<double>(to) / static_cast<double>(from);
-    if (mode == kScaleSqrt) a.factor = std::sqrt(a.factor);
+    if (mode == DSP_PAD_SCALE_SQRT) a.factor = std::sqrt(a.factor);
     return a;
 }
 
@@ -55,7 +47,7 @@ Layout layout(int32_t placement, int32_t longer, int32_t shorter)
 {
     const auto count = [](int32_t v) { return static_cast<std::size_t>(v); };
     switch (placement) {
-    case kPlaceCenter: {
+    case DSP_PAD_CENTER: {
         // The extra point of an odd difference goes in front when the longer
         // count is even and the shorter odd: the offset is longer/2 -
         // shorter/2, so a centred zero-frequency point stays centred.
@@ -63,8 +55,8 @@ Layout layout(int32_t placement, int32_t longer, int32_t shorter)
         if (longer % 2 == 0 && shorter % 2 != 0) ++at;
         return {count(at), count(shorter), 0};
     }
-    case kPlaceEnd: return {count(longer - shorter), count(shorter), 0};
-    case kPlaceSplit: return {0, count((shorter + 1) / 2), count(shorter / 2)};
+    case DSP_PAD_END: return {count(longer - shorter), count(shorter), 0};
+    case DSP_PAD_SPLIT: return {0, count((shorter + 1) / 2), count(shorter / 2)};
     default: return {0, count(shorter), 0};
     }
 }
@@ -127,9 +119,9 @@ int32_t dspi_zpad2(dsp *s, int32_t n, int32_t flags)
 
     // The flags are checked only after the growth: a caller that passes
     // invalid flags gets the longer record with its new part not cleared.
-    const int32_t mode = flags & kScaleMask;
-    if (mode == kScaleMask) return -1;
-    const int32_t placement = flags & kPlacementMask;
+    const int32_t mode = flags & DSP_PAD_SCALE_MASK;
+    if (mode == DSP_PAD_SCALE_MASK) return -1;
+    const int32_t placement = flags & DSP_PAD_PLACEMENT_MASK;
     if (!valid_placement(placement)) return -1;
 
     const Amplitude a = amplitude(mode, n, old, old > 0);
@@ -152,9 +144,9 @@ int32_t dspi_unzpad(dsp *s, int32_t n, int32_t flags)
     n = nonnegative(n);
     if (old <= n) return 0;
 
-    const int32_t mode = flags & kScaleMask;
-    const int32_t placement = flags & kPlacementMask;
-    if (mode == kScaleMask || !valid_placement(placement)) return -1;
+    const int32_t mode = flags & DSP_PAD_SCALE_MASK;
+    const int32_t placement = flags & DSP_PAD_PLACEMENT_MASK;
+    if (mode == DSP_PAD_SCALE_MASK || !valid_placement(placement)) return -1;
 
     const Amplitude a = amplitude(mode, n, old, n > 0);
     const std::size_t w = s->complex ? 2 : 1;

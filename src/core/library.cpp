@@ -2,6 +2,7 @@
 #include "core/caches.hpp"
 #include "libdsp.h"
 #include "spectral/fft_tables.hpp"
+#include "window/cache.hpp"
 
 namespace {
 
@@ -15,7 +16,7 @@ const dsp_core::ReleaseStep release_steps[] = {
     nullptr,  // DFT cached records
     nullptr,  // filter destination helper's scratch records
     dsp_spectral::release_twiddle_tables,  // FFT twiddle tables
-    nullptr,  // window cache
+    dsp_window::release_window_cache,  // window cache
 };
 
 }  // namespace

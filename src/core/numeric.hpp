@@ -74,4 +74,11 @@ inline double capped_magsq(double re, double im)
     return re * re + im * im;
 }
 
+// Clamp to [-kHuge, kHuge]; NaN goes to the lower bound.
+inline double clamp_huge(double v)
+{
+    if (v > kHuge) return kHuge;
+    return v >= -kHuge ? v : -kHuge;
+}
+
 }  // namespace dsp_core

@@ -1,0 +1,338 @@
+// Point-by-point arithmetic of two records, checked against std::complex and
+// long double evaluations of the same quantities.
+#include "support/alloc_hooks.hpp"
+#include "support/record.hpp"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <complex>
+#include <functional>
+#include <limits>
+#include <random>
+#include <vector>
+
+using dsp_test::Record;
+using V = std::vector<double>;
+using C = std::complex<double>;
+
+namespace {
+
+V random_values(std::size_t n, unsigned seed)
+{
+    std::mt19937 gen(seed);
+    std::uniform_real_distribution<double> dist(-10.0, 10.0);
+    V v(n);
+    for (double &x : v) x = dist(gen);
+    return v;
+}
+
+// Point i of an operand given as doubles (real when !complex_flag).
+C point(const V &v, bool complex_flag, std::size_t i) { return complex_flag ? C(v[2 * i], v[2 * i + 1]) : C(v[i], 0.0); }
+
+V flatten(const std::vector<C> &points)
+{
+    V out;
+    for (C c : points) out.insert(out.end(), {c.real(), c.imag()});
+    return out;
+}
+
+using Binary = std::function<int32_t(const dsp *, const dsp *, dsp *)>;
+
+struct Member {
+    const char *name;
+    Binary op;
+};
+
+const std::vector<Member> &element_members()
+{
+    static const std::vector<Member> members = {
+        {"add", dspb_add},
+        {"sub", dspb_sub},
+        {"mul", dspb_mul},
+        {"conj_mul", dspb_conj_mul},
+        {"div", dspb_div},
+        {"avg_add", [](const dsp *a, const dsp *b, dsp *r) { return dspb_avg_add(a, b, r, 0.3); }},
+        {"min", dspb_min},
+        {"max", dspb_max},
+        {"inter", dspb_inter},
+        {"pmul", dspb_pmul},
+        {"dot", dspbs_dot},
+        {"ritoc", dspb_ritoc},
+    };
+    return members;
+}
+
+struct Outcome {
+    int32_t status;
+    V values;
+    int32_t points;
+    int32_t complex_flag;
+    double delta;
+};
+
+Outcome outcome(int32_t status, const Record &r) { return {status, r.values(), r->points, r->complex, r->delta}; }
+
+void expect_same(const Outcome &got, const Outcome &want, const std::string &what)
+{
+    EXPECT_EQ(got.status, want.status) << what;
+    EXPECT_EQ(got.points, want.points) << what;
+    EXPECT_EQ(got.complex_flag, want.complex_flag) << what;
+    EXPECT_EQ(got.delta, want.delta) << what;
+    EXPECT_EQ(got.values, want.values) << what;
+}
+
+}  // namespace
+
+TEST(BinaryArith, AddSubMulAgreeWithComplexArithmeticForEveryMix)
+{
+    const std::size_t n = 9;
+    for (int kinds = 0; kinds < 4; ++kinds) {
+        const bool ca = kinds & 1, cb = kinds & 2;
+        const V av = random_values(ca ? 2 * n : n, 11 + kinds), bv = random_values(cb ? 2 * n : n, 23 + kinds);
+        Record a(av, ca, 1.0), b(bv, cb, 3.0);
+        const std::string what = "kinds " + std::to_string(kinds);
+        std::vector<C> sum, diff, prod, conj_prod;
+        for (std::size_t i = 0; i < n; ++i) {
+            const C x = point(av, ca, i), y = point(bv, cb, i);
+            sum.push_back(x + y);
+            diff.push_back(x - y);
+            prod.push_back(x * y);
+            conj_prod.push_back(x * std::conj(y));
+        }
+        Record r;
+        ASSERT_EQ(dspb_add(a.get(), b.get(), r.get()), 0);
+        EXPECT_EQ(r->delta, 2.0) << what;
+        EXPECT_EQ(r->points, static_cast<int32_t>(n));
+        if (!ca && !cb) {
+            EXPECT_EQ(r->complex, 0);
+            for (std::size_t i = 0; i < n; ++i) EXPECT_EQ(r.values()[i], sum[i].real());
+            continue;
+        }
+        EXPECT_EQ(r->complex, 1) << what;
+        EXPECT_EQ(r.values(), flatten(sum)) << what;
+        ASSERT_EQ(dspb_sub(a.get(), b.get(), r.get()), 0);
+        EXPECT_EQ(r.values(), flatten(diff)) << what;
+        ASSERT_EQ(dspb_mul(a.get(), b.get(), r.get()), 0);
+        EXPECT_EQ(r.values(), flatten(prod)) << what;
+        ASSERT_EQ(dspb_conj_mul(a.get(), b.get(), r.get()), 0);
+        EXPECT_EQ(r.values(), flatten(conj_prod)) << what;
+    }
+    Record a({1.5, -2, 4}), b({2, 8, -0.5}), r;
+    ASSERT_EQ(dspb_sub(a.get(), b.get(), r.get()), 0);
+    EXPECT_EQ(r.values(), (V{-0.5, -10, 4.5}));
+    ASSERT_EQ(dspb_mul(a.get(), b.get(), r.get()), 0);
+    EXPECT_EQ(r.values(), (V{3, -16, -2}));
+    ASSERT_EQ(dspb_conj_mul(a.get(), b.get(), r.get()), 0);  // a real second operand: plain product
+    EXPECT_EQ(r.values(), (V{3, -16, -2}));
+}
+
+TEST(BinaryArith, AddAndSubZeroPadTheShorterOperand)
+{
+    Record shorter({1, 2, 3}, false, 1.0), longer({10, 20, 30, 40, 50}, false, 2.0), r;
+    ASSERT_EQ(dspb_add(shorter.get(), longer.get(), r.get()), 0);
+    EXPECT_EQ(r.values(), (V{11, 22, 33, 40, 50}));
+    EXPECT_EQ(r->delta, 1.5);
+    ASSERT_EQ(dspb_sub(shorter.get(), longer.get(), r.get()), 0);
+    EXPECT_EQ(r.values(), (V{-9, -18, -27, -40, -50}));
+    ASSERT_EQ(dspb_sub(longer.get(), shorter.get(), r.get()), 0);
+    EXPECT_EQ(r.values(), (V{9, 18, 27, 40, 50}));
+
+    // Complex longer operand, real shorter one as the result.
+    Record c({1, 1, 2, 2, 3, 3, 4, 4}, true);
+    ASSERT_EQ(dspb_add(shorter.get(), c.get(), shorter.get()), 0);
+    EXPECT_EQ(shorter.values(), (V{2, 1, 4, 2, 6, 3, 4, 4}));
+    EXPECT_EQ(longer.values(), (V{10, 20, 30, 40, 50}));
+
+    Record empty;
+    ASSERT_EQ(dspb_sub(empty.get(), longer.get(), r.get()), 0);
+    EXPECT_EQ(r.values(), (V{-10, -20, -30, -40, -50}));
+
+    for (const Member &m : element_members()) {
+        const std::string name = m.name;
+        if (name == "add" || name == "sub" || name == "pmul") continue;
+        Record out({7, 8});
+        EXPECT_EQ(m.op(shorter.get(), longer.get(), out.get()), -1) << name;
+        EXPECT_EQ(out.values(), (V{7, 8})) << name;
+    }
+}
+
+TEST(BinaryArith, DivisionByZeroGivesZeroOrHugeNeverInfinity)
+{
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    Record a({1, -1, 0, 6, nan}), b({0, 0, 0, -4, 0}), r;
+    ASSERT_EQ(dspb_div(a.get(), b.get(), r.get()), 0);
+    EXPECT_EQ(r.values(), (V{1e100, 1e100, 0, -1.5, 1e100}));
+
+    // complex / real
+    Record ca({3, 4, 0, 0, -0.0, 0, 6, -8}, true), rb({0, 0, 0, 2});
+    ASSERT_EQ(dspb_div(ca.get(), rb.get(), r.get()), 0);
+    EXPECT_EQ(r.values(), (V{1e100, 1e100, 0, 0, 0, 0, 3, -4}));
+
+    // complex / complex: zero divisor, and a divisor whose squared magnitude underflows
+    Record cb({0, 0, 0, 0, 1e-200, 0, 3, 4}, true);
+    Record cx({-3, 4, 0, 0, 1, 1, 1, 7}, true);
+    ASSERT_EQ(dspb_div(cx.get(), cb.get(), r.get()), 0);
+    const V q = r.values();
+    EXPECT_EQ(V(q.begin(), q.begin() + 6), (V{1e100, 1e100, 0, 0, 1e100, 1e100}));
+    const C want = C(1, 7) / C(3, 4);
+    EXPECT_NEAR(q[6], want.real(), 1e-15);
+    EXPECT_NEAR(q[7], want.imag(), 1e-15);
+
+    // real / complex
+    Record ra({2, 0, 5, -1}), cz({0, 0, 0, 0, 0, 2, nan, 0}, true);
+    ASSERT_EQ(dspb_div(ra.get(), cz.get(), r.get()), 0);
+    const V w = r.values();
+    EXPECT_EQ(V(w.begin(), w.begin() + 6), (V{1e100, 1e100, 0, 0, 0, -2.5}));
+    EXPECT_EQ(w[6], 1e100);  // NaN divisor: its squared magnitude is not > 0
+    EXPECT_EQ(w[7], 1e100);
+
+    // Non-zero quotients against long double complex division.
+    const std::size_t n = 50;
+    for (int kinds = 1; kinds < 4; ++kinds) {
+        const bool c1 = kinds & 1, c2 = kinds & 2;
+        const V av = random_values(c1 ? 2 * n : n, 5), bv = random_values(c2 ? 2 * n : n, 6);
+        Record x(av, c1), y(bv, c2), out;
+        ASSERT_EQ(dspb_div(x.get(), y.get(), out.get()), 0);
+        for (std::size_t i = 0; i < n; ++i) {
+            const C p = point(av, c1, i), d = point(bv, c2, i);
+            const std::complex<long double> e =
+                std::complex<long double>(p.real(), p.imag()) / std::complex<long double>(d.real(), d.imag());
+            const double tol = 4e-16 * std::abs(std::complex<double>(e.real(), e.imag()));
+            EXPECT_NEAR(out.values()[2 * i], static_cast<double>(e.real()), tol) << kinds << " " << i;
+            EXPECT_NEAR(out.values()[2 * i + 1], static_cast<double>(e.imag()), tol) << kinds << " " << i;
+        }
+    }
+}
+
+TEST(BinaryArith, AverageAddMovesTheRunningAverageByTheWeight)
+{
+    Record fresh({4, 8, -2}), avg({0, 8, 2}), r;
+    ASSERT_EQ(dspb_avg_add(fresh.get(), avg.get(), r.get(), 0.25), 0);
+    EXPECT_EQ(r.values(), (V{1, 8, 1}));
+    ASSERT_EQ(dspb_avg_add(fresh.get(), avg.get(), r.get(), 1.0), 0);
+    EXPECT_EQ(r.values(), (V{4, 8, -2}));
+    ASSERT_EQ(dspb_avg_add(fresh.get(), avg.get(), r.get(), 0.0), 0);
+    EXPECT_EQ(r.values(), (V{0, 8, 2}));
+
+    // Mixed kinds: a real operand counts as imaginary part 0.
+    Record cf({4, 8, 2, -2}, true), ra({0, 6});
+    ASSERT_EQ(dspb_avg_add(cf.get(), ra.get(), r.get(), 0.25), 0);
+    EXPECT_EQ(r.values(), (V{1, 2, 5, -0.5}));
+    Record rf({4, 2}), ca({0, 8, 6, -4}, true);
+    ASSERT_EQ(dspb_avg_add(rf.get(), ca.get(), r.get(), 0.25), 0);
+    EXPECT_EQ(r.values(), (V{1, 6, 5, -3}));
+    Record c1({4, 8, 2, -2}, true), c2({0, 8, 6, -4}, true);
+    ASSERT_EQ(dspb_avg_add(c1.get(), c2.get(), r.get(), 0.5), 0);
+    EXPECT_EQ(r.values(), (V{2, 8, 4, -3}));
+    // The weight is not range-checked: 2 extrapolates.
+    ASSERT_EQ(dspb_avg_add(fresh.get(), avg.get(), r.get(), 2.0), 0);
+    EXPECT_EQ(r.values(), (V{8, 8, -6}));
+}
+
+// Every member with its result being the first or the second operand gives
+// exactly what it gives into a separate record, for every mix of kinds,
+// including a real operand that turns complex while it is being read.
+TEST(BinaryArith, InPlaceResultMatchesSeparateResultForEveryMember)
+{
+    const std::size_t n = 7;
+    for (const Member &m : element_members()) {
+        for (int kinds = 0; kinds < 4; ++kinds) {
+            const bool ca = kinds & 1, cb = kinds & 2;
+            const std::string what = std::string(m.name) + " kinds " + std::to_string(kinds);
+            const V av = random_values(ca ? 2 * n : n, 100 + kinds), bv = random_values(cb ? 2 * n : n, 200 + kinds);
+            Record a(av, ca, 0.5), b(bv, cb, 1.5), separate;
+            const Outcome want = outcome(m.op(a.get(), b.get(), separate.get()), separate);
+            if (std::string(m.name) == "ritoc" && kinds != 0) {
+                EXPECT_EQ(want.status, -1) << what;
+                continue;
+            }
+            ASSERT_EQ(want.status, 0) << what;
+            // dspbs_dot keeps the result's own delta; all others set the mean.
+            const bool keeps_delta = std::string(m.name) == "dot";
+            {
+                Record first(av, ca, 0.5), second(bv, cb, 1.5);
+                Outcome got = outcome(m.op(first.get(), second.get(), first.get()), first);
+                if (keeps_delta) {
+                    EXPECT_EQ(got.delta, 0.5) << what;
+                    got.delta = want.delta;
+                }
+                expect_same(got, want, what + " into first");
+                EXPECT_EQ(second.values(), bv) << what;
+            }
+            {
+                Record first(av, ca, 0.5), second(bv, cb, 1.5);
+                Outcome got = outcome(m.op(first.get(), second.get(), second.get()), second);
+                if (keeps_delta) {
+                    EXPECT_EQ(got.delta, 1.5) << what;
+                    got.delta = want.delta;
+                }
+                expect_same(got, want, what + " into second");
+                EXPECT_EQ(first.values(), av) << what;
+            }
+            {
+                Record both(av, ca, 0.5);  // one record as both operands and the result
+                Record alone(av, ca, 0.5), sep;
+                const Outcome self = outcome(m.op(alone.get(), alone.get(), sep.get()), sep);
+                Outcome got = outcome(m.op(both.get(), both.get(), both.get()), both);
+                if (keeps_delta) got.delta = self.delta;
+                expect_same(got, self, what + " all one record");
+            }
+        }
+    }
+}
+
+TEST(BinaryArith, FailingGrowthReturnsMinusOneAndKeepsTheOperands)
+{
+    dsp_test::ScopedAllocHooks hooks;
+    const V av = {1, 2, 3}, bv = {1, 0, 2, 0, 3, 0, 4, 0, 5, 0};
+    for (const Member &m : element_members()) {
+        const std::string name = m.name;
+        const bool padded = name == "add" || name == "sub";
+        if (!padded && name != "pmul") continue;
+        const int failures = dsp_test::for_each_failing_growth(hooks, [&](int k) {
+            hooks.never_fail();
+            Record a(av), b(bv, true), r;
+            hooks.fail_from(k);
+            const int32_t status = m.op(a.get(), b.get(), r.get());
+            hooks.never_fail();
+            EXPECT_EQ(a.values(), av) << name;
+            EXPECT_EQ(b.values(), bv) << name;
+            if (status == 0) return true;
+            EXPECT_EQ(status, -1) << name;
+            return false;
+        });
+        // Padding: the copy, its growth and the result; product: the result.
+        EXPECT_EQ(failures, padded ? 3 : 1) << name;
+    }
+    for (const Member &m : element_members()) {
+        const std::string name = m.name;
+        if (name == "ritoc") continue;
+        const int failures = dsp_test::for_each_failing_growth(hooks, [&](int k) {
+            hooks.never_fail();
+            Record a({1, 2, 3, 4, 5}), b({6, 7, 8, 9, 10}), r;
+            hooks.fail_from(k);
+            const int32_t status = m.op(a.get(), b.get(), r.get());
+            hooks.never_fail();
+            EXPECT_EQ(a.values(), (V{1, 2, 3, 4, 5})) << name;
+            EXPECT_EQ(b.values(), (V{6, 7, 8, 9, 10})) << name;
+            return status == 0;
+        });
+        EXPECT_EQ(failures, 1) << name;
+    }
+}
+
+TEST(BinaryArith, RepeatedCallsOfOneSizeAllocateNothing)
+{
+    Record a(random_values(64, 1), true), b(random_values(32, 2)), r;
+    ASSERT_EQ(dspb_mul(a.get(), b.get(), r.get()), 0);
+    dsp_test::ScopedAllocHooks hooks;
+    for (const Member &m : element_members()) {
+        if (std::string(m.name) == "ritoc") continue;
+        Record out;
+        ASSERT_EQ(m.op(a.get(), b.get(), out.get()), 0);
+        hooks.reset_counts();
+        ASSERT_EQ(m.op(a.get(), b.get(), out.get()), 0);
+        EXPECT_EQ(hooks.counts().total(), 0) << m.name;
+    }
+}

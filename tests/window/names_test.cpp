@@ -1,0 +1,88 @@
+// Window names: canonical display names, constant names, aliases, letter
+// case and the truncation rule.
+#include "libdsp.h"
+
+#include <gtest/gtest.h>
+
+#include <cctype>
+#include <cstring>
+#include <string>
+
+namespace {
+
+const char *const kCanonical[] = {"Uniform",  "Bartlett", "Hann",      "Hamming",   "Blackman",  "Blackman_Harris3",
+                                  "Blackman_Harris4", "Gausstop", "Flat4", "Flattop", "Flat6", "Flat7",
+                                  "P501",     "P601",     "Kaiser70",  "Kaiser80",  "Kaiser90",  "Kaiser100",
+                                  "Kaiser110", "Kaiser120", "Gauss60", "Gauss70",   "Gauss80",   "Riemann"};
+
+std::string with_case(std::string s, int (*f)(int))
+{
+    for (char &c : s) c = static_cast<char>(f(static_cast<unsigned char>(c)));
+    return s;
+}
+
+int32_t type_of(const std::string &name)
+{
+    int32_t type = -7;
+    EXPECT_EQ(dsp_window_from_str(name.c_str(), &type), 0) << name;
+    return type;
+}
+
+TEST(WindowNames, EveryTypeRoundTripsInAnyCase)
+{
+    for (int32_t type = 0; type < 24; ++type) {
+        char buf[32];
+        ASSERT_EQ(dsp_window_to_str(type, buf, sizeof buf), 0);
+        EXPECT_STREQ(buf, kCanonical[type]);
+        EXPECT_EQ(type_of(buf), type);
+        EXPECT_EQ(type_of(with_case(buf, std::toupper)), type);
+        EXPECT_EQ(type_of(with_case(buf, std::tolower)), type);
+        // Every canonical name has its constant name in the header's spelling.
+        EXPECT_EQ(type_of("DSP_WINDOW_" + with_case(buf, std::toupper)), type);
+        EXPECT_EQ(type_of("dsp_window_" + with_case(buf, std::tolower)), type);
+    }
+    EXPECT_EQ(type_of("LOWLEAK"), DSP_WINDOW_LOWLEAK);
+    EXPECT_EQ(type_of("hann"), DSP_WINDOW_HANN);
+    EXPECT_EQ(type_of("Rectangular"), DSP_WINDOW_RECTANGULAR);
+    EXPECT_EQ(type_of("p401"), DSP_WINDOW_P401);
+    EXPECT_EQ(type_of("Sinc_Lobe"), DSP_WINDOW_SINC_LOBE);
+    EXPECT_EQ(type_of("DSP_WINDOW_P000"), DSP_WINDOW_P000);
+    EXPECT_EQ(type_of("Dsp_Window_Triangular"), DSP_WINDOW_TRIANGULAR);
+}
+
+TEST(WindowNames, OnlyWholeNamesMatch)
+{
+    for (const char *text : {"Hann ", " Hann", "Han", "Hanning", "", "DSP_WINDOW_", "Tukey"}) {
+        int32_t type = 5;
+        EXPECT_EQ(dsp_window_from_str(text, &type), -1) << '"' << text << '"';
+        EXPECT_EQ(type, 0);
+    }
+    int32_t type = 5;
+    EXPECT_EQ(dsp_window_from_str(nullptr, &type), -1);
+    EXPECT_EQ(type, 5);
+    EXPECT_EQ(dsp_window_from_str("Hann", nullptr), -1);
+}
+
+TEST(WindowNames, ToStringCutsAndTerminates)
+{
+    char buf[8];
+    std::memset(buf, 'x', sizeof buf);
+    EXPECT_EQ(dsp_window_to_str(DSP_WINDOW_FLATTOP, buf, 4), 0);
+    EXPECT_STREQ(buf, "Fla");
+    EXPECT_EQ(dsp_window_to_str(DSP_WINDOW_HANN, buf, 1), 0);
+    EXPECT_STREQ(buf, "");
+    EXPECT_EQ(dsp_window_to_str(DSP_WINDOW_HANN, buf, 5), 0);
+    EXPECT_STREQ(buf, "Hann");
+
+    for (int32_t unnamed : {24, 25, -1, 100}) {
+        std::memset(buf, 'x', sizeof buf);
+        EXPECT_EQ(dsp_window_to_str(unnamed, buf, sizeof buf), -1);
+        EXPECT_EQ(buf[0], '\0');
+    }
+    std::memset(buf, 'x', sizeof buf);
+    EXPECT_EQ(dsp_window_to_str(DSP_WINDOW_HANN, buf, 0), -1);
+    EXPECT_EQ(buf[0], 'x');
+    EXPECT_EQ(dsp_window_to_str(DSP_WINDOW_HANN, nullptr, 8), -1);
+}
+
+}  // namespace
