@@ -690,6 +690,48 @@ DSP_API int32_t dspi_bitrev_scale(dsp *s);
  * must hold complex data: complex_flag = 0 or a null array gives -1. */
 DSP_API int32_t cf_dspi_fft(double *data, int32_t points, int32_t complex_flag, int32_t inverse);
 
+/* Flags of the spectrum front end dsph_fft. */
+#define DSP_FFT_INVERSE           1   /* the way back from a spectrum to the signal */
+#define DSP_FFT_TWO_SIDED         2   /* two-sided spectrum even of real input, no x2
+                                         (inverse: two-sided input, no x0.5) */
+#define DSP_FFT_CENTERED          4   /* whole input, window centred, scaled by the
+                                         transform length instead of 2 */
+#define DSP_FFT_NO_WINDOW         8   /* no window; the rotation is still done */
+#define DSP_FFT_ZERO_PHASE       16   /* whole input, window rotated to index 0 */
+#define DSP_FFT_INPUT_TWO_SIDED  32   /* inverse only: the input is two-sided */
+#define DSP_FFT_RAW             128   /* whole input, plain complex FFT: no window,
+                                         scaling or centring */
+
+/* Spectrum front end; in is never changed, out receives the result (in and
+ * out must be different records). Forward (no DSP_FFT_INVERSE):
+ *   N2 = the smallest power of two >= nfft (nfft < 1: in->points; at most
+ *   2^30), L = N2 * fraction (fraction outside (0, 1]: 1), at most
+ *   in->points. The first ceil(L) points of in are copied to out, multiplied
+ *   by the window of own length L in amplitude scaling (flags 8 = own length,
+ *   plus 16 with DSP_FFT_CENTERED or DSP_FFT_ZERO_PHASE) and rotated so that
+ *   its centre is index 0 (the uniform window only with those flags), scaled
+ *   by 2 (one-sided) or N2 (DSP_FFT_CENTERED), zero-padded to N2 (split
+ *   around the rotated data, else after it; padding rescales by N2/L except
+ *   with DSP_FFT_CENTERED or DSP_FFT_RAW) and transformed: real input gives
+ *   the one-sided spectrum of N2/2 + 1 points (dspi_rfft), complex input or
+ *   DSP_FFT_TWO_SIDED the two-sided one with zero frequency at point N2/2.
+ *   delta becomes the bin spacing 1/(N2 delta).
+ * Inverse (DSP_FFT_INVERSE): the same steps backwards from a one-sided
+ *   spectrum (nfft < 1: 2 * in->points - 2) or a two-sided one; the result is
+ *   cut to ceil(N2 * fraction) points and rotated back. The window is not
+ *   divided out.
+ * Windows: the uniform window and the cosine sums 2..13 are accepted; the
+ *   triangle (1) and the parametric windows 14..24 refuse an own length and
+ *   give -1. Any failing step returns -1 at once, out as far as it got. */
+DSP_API int32_t dsph_fft(const dsp *in, dsp *out, int32_t nfft, double fraction, int32_t window, int32_t flags);
+/* dsph_fft(in_record, out_record, 0, fraction, window, flags) on caller
+ * arrays: in holds `points` values (interleaved pairs when complex_flag),
+ * out receives as many doubles as in holds, whatever the result's shape: a
+ * longer result is cut, a shorter one is followed by zeros. On failure out is
+ * left unchanged. Null arrays: -1. */
+DSP_API int32_t cf_dsph_fft(const double *in, double *out, int32_t points, int32_t complex_flag,
+                            double fraction, int32_t window, int32_t flags);
+
 #ifdef __cplusplus
 }
 #endif
