@@ -78,6 +78,33 @@ struct SplitRadix {
         }
     }
 
+    // The first stage of a block of n points fused with the first stage of
+    // its first half: per index k < n/8 the eight points k + i n/8 are loaded
+    // once, get the block's butterflies at k and k + n/8 and then the half's
+    // butterfly at k. Saves one pass over the first half of every block.
+    template <typename O, bool Inverse, bool FirstTwiddled>
+    static inline void double_butterfly(double *x, int32_t e, const Twiddles &whole, const Twiddles &half, int32_t k)
+    {
+        typename O::V v[8];
+        for (int i = 0; i < 8; ++i) v[i] = O::load(x + 2 * (k + i * e));
+        butterfly<O, Inverse, FirstTwiddled>(v[0], v[2], v[4], v[6], whole, k);
+        butterfly<O, Inverse, true>(v[1], v[3], v[5], v[7], whole, k + e);
+        butterfly<O, Inverse, FirstTwiddled>(v[0], v[1], v[2], v[3], half, k);
+        for (int i = 0; i < 8; ++i) O::store(x + 2 * (k + i * e), v[i]);
+    }
+
+    template <bool Inverse>
+    static inline void double_stage(double *x, int32_t n, const double *whole_table, const double *half_table)
+    {
+        const int32_t e = n / 8;
+        const Twiddles whole = twiddle_view(whole_table, n);
+        const Twiddles half = twiddle_view(half_table, n / 2);
+        double_butterfly<Narrow, Inverse, false>(x, e, whole, half, 0);
+        int32_t k = 1;
+        for (; k < Wide::width; ++k) double_butterfly<Narrow, Inverse, true>(x, e, whole, half, k);
+        for (; k < e; k += Wide::width) double_butterfly<Wide, Inverse, true>(x, e, whole, half, k);
+    }
+
     // A small block held in registers (one point per value) from its first
     // stage to its last.
     template <int Bits, bool Inverse>
@@ -140,9 +167,14 @@ struct SplitRadix {
         case 7: return fixed_block<7, Inverse>(x, tw);
         default: break;
         }
+        // Stages of the block and of its first half at once, then what is
+        // left of the half (its quarter and two eighths) and the block's
+        // last two quarters.
         const int32_t n = int32_t{1} << bits;
-        stage<Inverse>(x, n, tw.by_bits[bits]);
-        block<Inverse>(x, bits - 1, tw);
+        double_stage<Inverse>(x, n, tw.by_bits[bits], tw.by_bits[bits - 1]);
+        block<Inverse>(x, bits - 2, tw);
+        block<Inverse>(x + n / 2, bits - 3, tw);
+        block<Inverse>(x + n / 2 + n / 4, bits - 3, tw);
         block<Inverse>(x + n, bits - 2, tw);
         block<Inverse>(x + n + n / 2, bits - 2, tw);
     }
