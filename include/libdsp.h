@@ -494,7 +494,8 @@ DSP_API int32_t dsps_lin_regres(const dsp *src, dsp *result);
  *     sqrt(SSres / (n - 2))          16 mean abscissa
  *   7 RMS residual sqrt(SSres / n)   17 mean value
  *   8 largest residual y - fit       18 number of points n
- *   9 abscissa of the largest        19 degrees of freedom n - 2
+ *   9 abscissa of the largest        19 degrees of freedom n - 2 (0 for
+ *                                       n < 3)
  * A statistic whose denominator is zero (n < 3, delta 0, a constant record)
  * is reported as 0; with fewer than two distinct abscissas the slope is 0
  * and the intercept is the mean. */
