@@ -27,6 +27,23 @@ CacheList swap_cache;
 CacheList fixed_cache;
 CacheList twiddle_cache;
 
+// The entry found last for each bit count, so that a transform, which needs
+// a table per block size, skips the linear search of the lists; emptied
+// with them.
+struct Found {
+    void *swaps[kMaxBits + 1];
+    void *fixed[kMaxBits + 1];
+    void *twiddles[kMaxBits + 1];
+};
+Found found = {};
+
+int bits_of(int32_t n)
+{
+    int bits = 0;
+    while ((int32_t{1} << bits) < n) ++bits;
+    return bits;
+}
+
 void *find_table(const CacheList &list, int32_t key)
 {
     for (int32_t i = 0; i < list.count; ++i) {
@@ -119,11 +136,13 @@ void fill_fixed(int32_t *out, int bits)
     *out = kFixedEnd;
 }
 
-const int32_t *bitrev_list(CacheList &list, int bits, std::size_t words, void (*fill)(int32_t *, int))
+const int32_t *bitrev_list(CacheList &list, void *&memo, int bits, std::size_t words, void (*fill)(int32_t *, int))
 {
-    if (void *t = find_table(list, bits)) return static_cast<const int32_t *>(t);
+    if (!memo) memo = find_table(list, bits);
+    if (memo) return static_cast<const int32_t *>(memo);
     auto *table = static_cast<int32_t *>(add_table(list, bits, words * sizeof(int32_t)));
     if (table) fill(table, bits);
+    memo = table;
     return table;
 }
 
@@ -196,18 +215,21 @@ bool bitrev_tables(int bits, BitrevTables &out)
 {
     const std::size_t n = std::size_t{1} << bits;
     const std::size_t fixed_words = 2 * ((std::size_t{1} << (bits / 2)) + 1);
-    out.swaps = bitrev_list(swap_cache, bits, n, fill_swaps);
+    out.swaps = bitrev_list(swap_cache, found.swaps[bits], bits, n, fill_swaps);
     if (!out.swaps) return false;
-    out.fixed = bitrev_list(fixed_cache, bits, fixed_words, fill_fixed);
+    out.fixed = bitrev_list(fixed_cache, found.fixed[bits], bits, fixed_words, fill_fixed);
     return out.fixed != nullptr;
 }
 
 const double *twiddle_table(int32_t n)
 {
     const int32_t key = n / 2 * 3;
-    if (void *t = find_table(twiddle_cache, key)) return static_cast<const double *>(t);
+    void *&memo = found.twiddles[bits_of(n)];
+    if (!memo) memo = find_table(twiddle_cache, key);
+    if (memo) return static_cast<const double *>(memo);
     auto *table = static_cast<double *>(add_table(twiddle_cache, key, sizeof(double) * static_cast<std::size_t>(key)));
     if (table) fill_twiddles(table, n);
+    memo = table;
     return table;
 }
 
@@ -225,12 +247,15 @@ int32_t release_bitrev_tables()
 {
     release_list(swap_cache);
     release_list(fixed_cache);
+    for (void *&t : found.swaps) t = nullptr;
+    for (void *&t : found.fixed) t = nullptr;
     return 0;
 }
 
 int32_t release_twiddle_tables()
 {
     release_list(twiddle_cache);
+    for (void *&t : found.twiddles) t = nullptr;
     return 0;
 }
 
