@@ -26,18 +26,19 @@ int32_t power_of_two_at_least(int32_t nfft)
     return n2;
 }
 
-bool windowed(int32_t window, int32_t flags)
+// Whether the data are rotated so that the window's centre sits at index 0.
+bool rotated(int32_t window, int32_t flags)
 {
     return window != DSP_WINDOW_UNIFORM || (flags & (DSP_FFT_CENTERED | DSP_FFT_ZERO_PHASE));
 }
 
-// Placement of the zeros: split around the data when the data was rotated
-// (its centre sits at index 0), else after it; the centred mode keeps the
-// scale, the others rescale by the change of length.
+// Placement of the zeros: split around rotated data, else after the data;
+// the centred mode keeps the scale, the others rescale by the change of
+// length, so a tone keeps its level however much of the transform it fills.
 int32_t pad_mode(int32_t window, int32_t flags)
 {
     if (flags & DSP_FFT_CENTERED) return DSP_PAD_SPLIT | DSP_PAD_SCALE_NONE;
-    if ((flags & DSP_FFT_ZERO_PHASE) || window != DSP_WINDOW_UNIFORM) return DSP_PAD_SPLIT | DSP_PAD_SCALE_RATIO;
+    if (rotated(window, flags)) return DSP_PAD_SPLIT | DSP_PAD_SCALE_RATIO;
     return DSP_PAD_FRONT | DSP_PAD_SCALE_RATIO;
 }
 
@@ -56,7 +57,7 @@ int32_t forward(const dsp *in, dsp *out, int32_t nfft, double fraction, int32_t 
                                              ? DSP_WINDOW_OWN_LENGTH | DSP_WINDOW_ROTATE_UNIFORM
                                              : DSP_WINDOW_OWN_LENGTH;
             if (dspi_window2(out, window, window_flags, length) != 0) return -1;
-        } else if (windowed(window, flags)) {
+        } else if (rotated(window, flags)) {
             if (dspi_swap_halves2(out) != 0) return -1;
         }
         if (flags & DSP_FFT_CENTERED) {
@@ -100,7 +101,7 @@ int32_t inverse(const dsp *in, dsp *out, int32_t nfft, double fraction, int32_t 
     }
 
     if (dspi_unzpad(out, length, pad_mode(window, flags)) != 0) return -1;
-    if (windowed(window, flags) && dspi_swap_halves(out) != 0) return -1;
+    if (rotated(window, flags) && dspi_swap_halves(out) != 0) return -1;
     if (flags & DSP_FFT_CENTERED) {
         if (out->points > 0 && dspi_scale(out, 1.0 / out->points) != 0) return -1;
     } else if (!(flags & DSP_FFT_TWO_SIDED)) {
