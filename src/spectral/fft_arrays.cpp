@@ -19,7 +19,6 @@ int32_t cf_dspi_fft(double *data, int32_t points, int32_t complex_flag, int32_t 
     return status;
 }
 
-
 int32_t cf_dsph_fft(const double *in, double *out, int32_t points, int32_t complex_flag, double fraction,
                     int32_t window, int32_t flags)
 {
