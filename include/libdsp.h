@@ -665,6 +665,83 @@ DSP_API int32_t dspi_window_cos(dsp *s, const dsp *coefficients);
  * the cosine-sum and triangle windows refuse (-1); the uniform window leaves
  * s unchanged. */
 DSP_API int32_t dspi_window_fir(dsp *s, int32_t type, double parameter);
+/* FFT                                                                       */
+/* ------------------------------------------------------------------------- */
+/* Lengths are powers of two (1, 2, 4, ... 2^30); any other point count gives
+ * -1 with the signal untouched. Forward: X[k] = (1/N) sum x[n] e^(-j2pi nk/N);
+ * inverse: x[n] = sum X[k] e^(+j2pi nk/N), without a factor, so a forward
+ * transform followed by an inverse one restores the input. A transform of N
+ * points replaces delta by 1/(N delta) (1e100 when delta is 0).
+ * Tables (twiddles per block size, bit-reversal swap and fixed-point lists
+ * per bit count) are built on the first transform of a size and kept until
+ * dsp_free_internal; a table that cannot be built gives -1 with the signal
+ * untouched, and is tried again on the next call. */
+
+/* In-place complex FFT; inverse = 0 forward, non-zero inverse. A real signal
+ * is first widened to complex (its storage doubles); a one-point signal is
+ * left as it is (a real one stays real). */
+DSP_API int32_t dspi_fft(dsp *s, int32_t inverse);
+/* Forward FFT of a real signal of N points, in place: the result is complex
+ * with N/2 + 1 points X[0] .. X[N/2] (imaginary parts of X[0] and X[N/2] are
+ * 0), scaled by 1/N; the storage grows by two doubles. A complex signal gives
+ * -1. One point becomes one complex point; two points become X0 = (x0+x1)/2,
+ * X1 = (x0-x1)/2 (both points kept). */
+DSP_API int32_t dspi_rfft(dsp *s);
+/* Inverse of dspi_rfft: a one-sided spectrum of n points becomes 2(n-1) real
+ * values (the conjugate-symmetric spectrum is rebuilt with dspi_orecon, then
+ * transformed with dspi_fft(s, 1)). */
+DSP_API int32_t dspi_irfft(dsp *s);
+/* Bit-reversal permutation of the points (real values or complex pairs) in
+ * place; delta unchanged. */
+DSP_API int32_t dspi_bitrev(dsp *s);
+/* The same permutation with every value multiplied by 1/N. */
+DSP_API int32_t dspi_bitrev_scale(dsp *s);
+/* dspi_fft on a caller's array of `points` interleaved complex values,
+ * transformed in place (delta taken as 1.0). The array cannot grow, so it
+ * must hold complex data: complex_flag = 0 or a null array gives -1. */
+DSP_API int32_t cf_dspi_fft(double *data, int32_t points, int32_t complex_flag, int32_t inverse);
+
+/* Flags of the spectrum front end dsph_fft. */
+#define DSP_FFT_INVERSE           1   /* the way back from a spectrum to the signal */
+#define DSP_FFT_TWO_SIDED         2   /* two-sided spectrum even of real input, no x2
+                                         (inverse: two-sided input, no x0.5) */
+#define DSP_FFT_CENTERED          4   /* whole input, window centred, scaled by the
+                                         transform length instead of 2 */
+#define DSP_FFT_NO_WINDOW         8   /* no window; the rotation is still done */
+#define DSP_FFT_ZERO_PHASE       16   /* whole input, window rotated to index 0 */
+#define DSP_FFT_INPUT_TWO_SIDED  32   /* inverse only: the input is two-sided */
+#define DSP_FFT_RAW             128   /* whole input, plain complex FFT: no window,
+                                         scaling or centring */
+
+/* Spectrum front end; in is never changed, out receives the result (in and
+ * out must be different records). Forward (no DSP_FFT_INVERSE):
+ *   N2 = the smallest power of two >= nfft (nfft < 1: in->points; at most
+ *   2^30), L = N2 * fraction (fraction outside (0, 1]: 1), at most
+ *   in->points. The first ceil(L) points of in are copied to out, multiplied
+ *   by the window of own length L in amplitude scaling (flags 8 = own length,
+ *   plus 16 with DSP_FFT_CENTERED or DSP_FFT_ZERO_PHASE) and rotated so that
+ *   its centre is index 0 (the uniform window only with those flags), scaled
+ *   by 2 (one-sided) or N2 (DSP_FFT_CENTERED), zero-padded to N2 (split
+ *   around the rotated data, else after it; padding rescales by N2/L except
+ *   with DSP_FFT_CENTERED or DSP_FFT_RAW) and transformed: real input gives
+ *   the one-sided spectrum of N2/2 + 1 points (dspi_rfft), complex input or
+ *   DSP_FFT_TWO_SIDED the two-sided one with zero frequency at point N2/2.
+ *   delta becomes the bin spacing 1/(N2 delta).
+ * Inverse (DSP_FFT_INVERSE): the same steps backwards from a one-sided
+ *   spectrum (nfft < 1: 2 * in->points - 2) or a two-sided one; the result is
+ *   cut to ceil(N2 * fraction) points and rotated back. The window is not
+ *   divided out.
+ * Windows: the uniform window and the cosine sums 2..13 are accepted; the
+ *   triangle (1) and the parametric windows 14..24 refuse an own length and
+ *   give -1. Any failing step returns -1 at once, out as far as it got. */
+DSP_API int32_t dsph_fft(const dsp *in, dsp *out, int32_t nfft, double fraction, int32_t window, int32_t flags);
+/* dsph_fft(in_record, out_record, 0, fraction, window, flags) on caller
+ * arrays: in holds `points` values (interleaved pairs when complex_flag),
+ * out receives as many doubles as in holds, whatever the result's shape: a
+ * longer result is cut, a shorter one is followed by zeros. On failure out is
+ * left unchanged. Null arrays: -1. */
+DSP_API int32_t cf_dsph_fft(const double *in, double *out, int32_t points, int32_t complex_flag,
+                            double fraction, int32_t window, int32_t flags);
 
 #ifdef __cplusplus
 }

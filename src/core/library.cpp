@@ -1,6 +1,7 @@
 // Library-wide housekeeping entry points.
 #include "core/caches.hpp"
 #include "libdsp.h"
+#include "spectral/fft_tables.hpp"
 #include "window/cache.hpp"
 
 namespace {
@@ -10,11 +11,11 @@ namespace {
 const dsp_core::ReleaseStep release_steps[] = {
     nullptr,  // filtering scratch records
     nullptr,  // resampler scratch record
-    nullptr,  // FFT bit-reversal tables
+    dsp_spectral::release_bitrev_tables,  // FFT bit-reversal tables
     nullptr,  // transform scratch record and buffer beside the DCT
     nullptr,  // DFT cached records
     nullptr,  // filter destination helper's scratch records
-    nullptr,  // FFT twiddle tables
+    dsp_spectral::release_twiddle_tables,  // FFT twiddle tables
     dsp_window::release_window_cache,  // window cache
 };
 

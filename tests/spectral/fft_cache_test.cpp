@@ -1,0 +1,231 @@
+// The table caches: contents, sizes, reuse, release and failure to grow.
+#include "spectral/dft_oracle.hpp"
+#include "spectral/fft_tables.hpp"
+#include "support/alloc_hooks.hpp"
+#include "support/record.hpp"
+
+#include <gtest/gtest.h>
+
+#include <cfloat>
+#include <cmath>
+#include <cstdlib>
+#include <set>
+#include <vector>
+
+using dsp_spectral::TableAllocator;
+using dsp_test::Record;
+
+namespace {
+
+// Table allocations seen through the cache's allocator, with the k-th and
+// later ones made to fail on request.
+struct TableTally {
+    std::vector<std::size_t> sizes;  // bytes of every allocate/reallocate call
+    int fail_from = -1;
+};
+TableTally tally;
+
+bool table_call_fails(std::size_t bytes)
+{
+    const bool fail = tally.fail_from >= 0 && static_cast<int>(tally.sizes.size()) >= tally.fail_from;
+    tally.sizes.push_back(bytes);
+    return fail;
+}
+
+void *counting_allocate(std::size_t bytes) { return table_call_fails(bytes) ? nullptr : std::malloc(bytes); }
+void *counting_reallocate(void *block, std::size_t bytes)
+{
+    return table_call_fails(bytes) ? nullptr : std::realloc(block, bytes);
+}
+
+// Starts from empty caches and counts table allocations for its lifetime.
+class CountedTables {
+public:
+    CountedTables()
+    {
+        EXPECT_EQ(dsp_free_internal(), 0);
+        tally = TableTally{};
+        saved_ = dsp_spectral::set_table_allocator(TableAllocator{counting_allocate, counting_reallocate});
+    }
+    ~CountedTables() { dsp_spectral::set_table_allocator(saved_); }
+    std::size_t calls() const { return tally.sizes.size(); }
+    bool saw(std::size_t bytes) const
+    {
+        for (std::size_t b : tally.sizes)
+            if (b == bytes) return true;
+        return false;
+    }
+
+private:
+    TableAllocator saved_{};
+};
+
+int reversed(int v, int bits)
+{
+    int r = 0;
+    for (int b = 0; b < bits; ++b) r |= ((v >> b) & 1) << (bits - 1 - b);
+    return r;
+}
+
+}  // namespace
+
+TEST(FftTables, BitReversalListsCoverEveryIndexOnce)
+{
+    for (int bits = 0; bits <= 12; ++bits) {
+        SCOPED_TRACE(bits);
+        CountedTables counted;
+        dsp_spectral::BitrevTables t;
+        ASSERT_TRUE(dsp_spectral::bitrev_tables(bits, t));
+        const int n = 1 << bits;
+        // Allocated sizes: 2^m words of pairs, 2^floor(m/2) + 1 pairs of words of fixed points.
+        EXPECT_TRUE(counted.saw(sizeof(int32_t) * n));
+        EXPECT_TRUE(counted.saw(sizeof(int32_t) * 2 * ((1 << (bits / 2)) + 1)));
+        std::vector<int> seen(n, 0);
+        int words = 0;
+        for (const int32_t *p = t.swaps; *p != 0; p += 2, words += 2) {
+            ASSERT_LT(p[0], n);
+            ASSERT_LT(p[1], n);
+            EXPECT_NE(p[0], p[1]);
+            EXPECT_EQ(p[1], reversed(p[0], bits));
+            ++seen[p[0]];
+            ++seen[p[1]];
+        }
+        EXPECT_LT(words, n);  // the terminating word fits too
+        for (const int32_t *f = t.fixed; *f != dsp_spectral::kFixedEnd; ++f) {
+            ASSERT_LT(*f, n);
+            EXPECT_EQ(*f, reversed(*f, bits));
+            ++seen[*f];
+        }
+        for (int i = 0; i < n; ++i) EXPECT_EQ(seen[i], 1) << "index " << i;
+    }
+}
+
+TEST(FftTables, TwiddleTripletsHoldTheThreeMultiplicationForm)
+{
+    for (int bits = 2; bits <= 14; ++bits) {
+        SCOPED_TRACE(bits);
+        CountedTables counted;
+        const int32_t n = 1 << bits;
+        const double *table = dsp_spectral::twiddle_table(n);
+        ASSERT_NE(table, nullptr);
+        EXPECT_TRUE(counted.saw(sizeof(double) * 3 * n / 2));
+        const dsp_spectral::Twiddles tw = dsp_spectral::twiddle_view(table, n);
+        for (int32_t k = 0; k < n / 4; ++k) {
+            for (int power : {1, 3}) {
+                const long double angle = 6.283185307179586476925286766559L * power * k / n;
+                const double c = static_cast<double>(std::cos(angle));
+                const double s = static_cast<double>(std::sin(angle));
+                const double *cos_part = power == 1 ? tw.cos1 : tw.cos3;
+                const double *pair = power == 1 ? tw.pairs1 : tw.pairs3;
+                EXPECT_NEAR(cos_part[k], c, 8 * DBL_EPSILON) << "k=" << k << " power " << power;
+                EXPECT_NEAR(pair[2 * k], s - c, 16 * DBL_EPSILON);
+                EXPECT_NEAR(pair[2 * k + 1], -(c + s), 16 * DBL_EPSILON);
+            }
+        }
+        EXPECT_EQ(tw.cos1[0], 1.0);
+        EXPECT_EQ(tw.pairs1[0], -1.0);
+        EXPECT_EQ(tw.pairs3[1], -1.0);
+        if (n > 4) {
+            EXPECT_EQ(tw.cos1[n / 8], 0.7071067811865476);
+            EXPECT_EQ(tw.pairs1[n / 4], 0.0);
+            EXPECT_EQ(tw.pairs1[n / 4 + 1], -1.4142135623730951);
+        }
+    }
+}
+
+TEST(FftTables, RepeatedTransformsAllocateNothing)
+{
+    CountedTables counted;
+    dsp_test::ScopedAllocHooks hooks;
+    const std::vector<double> x = dsp_test::random_values(2 * 256, 2);
+    Record s(x, true), r(std::vector<double>(x.begin(), x.begin() + 256));
+    ASSERT_EQ(dspi_fft(s.get(), 0), 0);
+    ASSERT_EQ(dspi_rfft(r.get()), 0);
+    EXPECT_GT(counted.calls(), 0u);
+    const std::size_t tables_after_first = counted.calls();
+    hooks.reset_counts();
+    for (int k = 0; k < 3; ++k) {
+        s.assign(x, true);
+        r.assign(std::vector<double>(x.begin(), x.begin() + 256));
+        hooks.reset_counts();
+        ASSERT_EQ(dspi_fft(s.get(), 0), 0);
+        ASSERT_EQ(dspi_fft(s.get(), 1), 0);
+        ASSERT_EQ(dspi_bitrev(s.get()), 0);
+        EXPECT_EQ(hooks.counts().total(), 0);
+    }
+    EXPECT_EQ(counted.calls(), tables_after_first);
+    // A real signal grows once, by the Nyquist point, and no more.
+    Record again(std::vector<double>(x.begin(), x.begin() + 256));
+    hooks.reset_counts();
+    ASSERT_EQ(dspi_rfft(again.get()), 0);
+    EXPECT_EQ(hooks.counts().total(), 1);
+    EXPECT_EQ(counted.calls(), tables_after_first);
+}
+
+TEST(FftTables, ReleaseEmptiesAllThreeCachesAndTheNextTransformRebuildsThem)
+{
+    CountedTables counted;
+    const std::vector<double> x = dsp_test::random_values(2 * 64, 4);
+    Record first(x, true);
+    ASSERT_EQ(dspi_fft(first.get(), 0), 0);
+    const std::size_t built = counted.calls();
+    ASSERT_EQ(dsp_free_internal(), 0);
+    ASSERT_EQ(dsp_free_internal(), 0);  // a second release finds nothing to do
+    Record second(x, true);
+    ASSERT_EQ(dspi_fft(second.get(), 0), 0);
+    EXPECT_EQ(second.values(), first.values());
+    EXPECT_EQ(counted.calls(), 2 * built);
+    EXPECT_TRUE(counted.saw(sizeof(int32_t) * 64));            // swap pairs, 6 bits
+    EXPECT_TRUE(counted.saw(sizeof(int32_t) * 2 * (8 + 1)));   // fixed points, 6 bits
+    EXPECT_TRUE(counted.saw(sizeof(double) * 96));             // twiddles keyed by 3N/2
+}
+
+TEST(FftTables, CacheThatCannotGrowFailsCleanlyAndIsBuiltLater)
+{
+    const std::vector<double> x = dsp_test::random_values(2 * 128, 6);
+    Record reference(x, true);
+    ASSERT_EQ(dspi_fft(reference.get(), 0), 0);
+    std::size_t needed = 0;
+    {
+        CountedTables counted;
+        Record s(x, true);
+        ASSERT_EQ(dspi_fft(s.get(), 0), 0);
+        needed = counted.calls();
+    }
+    for (std::size_t k = 0; k < needed; ++k) {
+        SCOPED_TRACE(k);
+        CountedTables counted;
+        tally.fail_from = static_cast<int>(k);
+        Record s(x, true, 0.5), r(std::vector<double>(x.begin(), x.begin() + 128), false, 0.5);
+        EXPECT_EQ(dspi_fft(s.get(), 0), -1);
+        EXPECT_EQ(s.values(), x);
+        EXPECT_EQ(s->delta, 0.5);
+        EXPECT_EQ(dspi_rfft(r.get()), -1);
+        EXPECT_EQ(r->complex, 0);
+        EXPECT_EQ(r->points, 128);
+        tally.fail_from = -1;
+        ASSERT_EQ(dspi_fft(s.get(), 0), 0);
+        EXPECT_EQ(s.values(), reference.values());
+        ASSERT_EQ(dspi_rfft(r.get()), 0);
+    }
+}
+
+TEST(FftTables, SignalThatCannotGrowReportsFailure)
+{
+    const std::vector<double> x = dsp_test::random_values(64, 8);
+    dsp_test::ScopedAllocHooks hooks;
+    Record s(x), r(x);
+    hooks.fail_from(0);
+    EXPECT_EQ(dspi_fft(s.get(), 0), -1);
+    EXPECT_EQ(dspi_rfft(r.get()), -1);
+    hooks.never_fail();
+    // The tables were complete before the signal had to grow; a signal with
+    // room transforms as usual.
+    Record again(x);
+    ASSERT_EQ(dspi_fft(again.get(), 0), 0);
+    EXPECT_NEAR(again->data[0], [&] {
+        double sum = 0.0;
+        for (double v : x) sum += v;
+        return sum / 64.0;
+    }(), 1e-15);
+}
