@@ -3,8 +3,9 @@
 #include "core/numeric.hpp"
 #include "spectral/fft_engine.hpp"
 
-#if defined(__SSE2__)
-#include <emmintrin.h>
+#include "spectral/kernels.hpp"
+#if defined(__x86_64__)
+#include "spectral/sse2_ops.hpp"
 #endif
 
 namespace dsp_spectral {
@@ -30,32 +31,6 @@ void permute(double *x, const BitrevTables &t, double scale)
         for (int w = 0; w < Width; ++w) a[w] *= scale;
     }
 }
-
-#if defined(__SSE2__)
-// Complex points moved whole, one register each: the transforms' hot path.
-template <bool Scaled>
-void permute_complex_sse2(double *x, const BitrevTables &t, double scale)
-{
-    const __m128d k = _mm_set1_pd(scale);
-    for (const int32_t *p = t.swaps; *p != 0; p += 2) {
-        double *a = x + 2 * static_cast<std::size_t>(p[0]);
-        double *b = x + 2 * static_cast<std::size_t>(p[1]);
-        __m128d va = _mm_loadu_pd(a);
-        __m128d vb = _mm_loadu_pd(b);
-        if (Scaled) {
-            va = _mm_mul_pd(va, k);
-            vb = _mm_mul_pd(vb, k);
-        }
-        _mm_storeu_pd(a, vb);
-        _mm_storeu_pd(b, va);
-    }
-    if (!Scaled) return;
-    for (const int32_t *f = t.fixed; *f != kFixedEnd; ++f) {
-        double *a = x + 2 * static_cast<std::size_t>(*f);
-        _mm_storeu_pd(a, _mm_mul_pd(_mm_loadu_pd(a), k));
-    }
-}
-#endif
 
 int32_t reverse_record(dsp *s, bool scaled)
 {
@@ -106,19 +81,28 @@ void bit_reverse_scaled_portable(double *x, int width, const BitrevTables &t, do
         permute<1, true>(x, t, scale);
 }
 
+void portable_reverse(double *x, const BitrevTables &t) { permute<2, false>(x, t, 1.0); }
+
+void portable_reverse_scaled(double *x, const BitrevTables &t, double scale) { permute<2, true>(x, t, scale); }
+
+#if defined(__x86_64__)
+void sse2_reverse(double *x, const BitrevTables &t) { reverse_pairs<false>(x, t.swaps, t.fixed, 1.0); }
+
+void sse2_reverse_scaled(double *x, const BitrevTables &t, double scale)
+{
+    reverse_pairs<true>(x, t.swaps, t.fixed, scale);
+}
+#endif
+
 void bit_reverse(double *x, int width, const BitrevTables &t)
 {
-#if defined(__SSE2__)
-    if (width == 2) return permute_complex_sse2<false>(x, t, 1.0);
-#endif
+    if (width == 2) return kernels().reverse(x, t);
     bit_reverse_portable(x, width, t);
 }
 
 void bit_reverse_scaled(double *x, int width, const BitrevTables &t, double scale)
 {
-#if defined(__SSE2__)
-    if (width == 2) return permute_complex_sse2<true>(x, t, scale);
-#endif
+    if (width == 2) return kernels().reverse_scaled(x, t, scale);
     bit_reverse_scaled_portable(x, width, t, scale);
 }
 

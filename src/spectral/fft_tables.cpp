@@ -87,40 +87,64 @@ int32_t reverse_bits(int32_t v, int bits)
 // count, a middle bit that reversal leaves in place). Reversal swaps the
 // halves and reverses each, so pairs and fixed points follow from h-bit
 // numbers alone: high half i with low half rev(j) pairs with high half j and
-// low half rev(i), for every i < j.
+// low half rev(i).
 //
-// The pairs are listed in tiles of 4 x 4 reversed values (i' = rev(i),
-// j' = rev(j)): the first point of a pair is (i, j') and the second (j, i'),
-// so within a tile four consecutive j' share one cache line of complex
-// points, as do four consecutive i'. Each line is used four times in a row
-// instead of once per visit; a plain row-by-row order strides through memory
-// by a power of two and keeps evicting its own lines.
+// The pairs are listed by tiles of 4 x 4 (see BitrevTables): the rows with
+// high halves rev(ti + s), s < 4, at low halves tj .. tj + 3 exchange with
+// the rows rev(tj + t) at ti .. ti + 3, a transposition. Every row is four
+// consecutive points, so each visit uses a whole cache line, and a kernel
+// can move a tile as eight rows. The tiles with ti < tj come first; the
+// diagonal tiles (ti = tj) exchange only among their own rows, four of their
+// points being fixed, and are listed pair by pair after them.
+struct SwapWriter {
+    int32_t *out;
+    int shift;
+    int32_t half;
+    bool odd;
+    void put(int32_t high, int32_t low, int32_t twin_high, int32_t twin_low)
+    {
+        const int32_t p = (high << shift) + low;
+        const int32_t q = (twin_high << shift) + twin_low;
+        *out++ = p;
+        *out++ = q;
+        if (odd) {
+            *out++ = p + half;
+            *out++ = q + half;
+        }
+    }
+};
+
+constexpr int32_t kTileSide = 4;
+
+int32_t tile_count(int bits)
+{
+    const int32_t side = (int32_t{1} << (bits / 2)) / kTileSide;
+    return side * (side - 1) / 2;
+}
+
 void fill_swaps(int32_t *out, int bits)
 {
     const int h = bits / 2;
     const int32_t half = int32_t{1} << h;
-    const int shift = bits % 2 ? h + 1 : h;
-    const int32_t tile = half < 4 ? half : 4;
+    SwapWriter w{out, bits % 2 ? h + 1 : h, half, bits % 2 != 0};
+    const int32_t tile = half < kTileSide ? half : kTileSide;
     for (int32_t ti = 0; ti < half; ti += tile) {
-        for (int32_t tj = 0; tj < half; tj += tile) {
-            for (int32_t ri = ti; ri < ti + tile; ++ri) {
-                const int32_t i = reverse_bits(ri, h);
-                for (int32_t rj = tj; rj < tj + tile; ++rj) {
-                    const int32_t j = reverse_bits(rj, h);
-                    if (j <= i) continue;
-                    const int32_t p = (i << shift) + rj;
-                    const int32_t q = (j << shift) + ri;
-                    *out++ = p;
-                    *out++ = q;
-                    if (bits % 2) {
-                        *out++ = p + half;
-                        *out++ = q + half;
-                    }
+        for (int32_t tj = ti + tile; tj < half; tj += tile) {
+            for (int32_t s = 0; s < tile; ++s) {
+                for (int32_t t = 0; t < tile; ++t) {
+                    w.put(reverse_bits(ti + s, h), tj + t, reverse_bits(tj + t, h), ti + s);
                 }
             }
         }
     }
-    *out = 0;
+    for (int32_t ti = 0; ti < half; ti += tile) {
+        for (int32_t s = 0; s < tile; ++s) {
+            for (int32_t t = s + 1; t < tile; ++t) {
+                w.put(reverse_bits(ti + s, h), ti + t, reverse_bits(ti + t, h), ti + s);
+            }
+        }
+    }
+    *w.out = 0;
 }
 
 void fill_fixed(int32_t *out, int bits)
@@ -218,6 +242,8 @@ bool bitrev_tables(int bits, BitrevTables &out)
     out.swaps = bitrev_list(swap_cache, found.swaps[bits], bits, n, fill_swaps);
     if (!out.swaps) return false;
     out.fixed = bitrev_list(fixed_cache, found.fixed[bits], bits, fixed_words, fill_fixed);
+    out.tiles = tile_count(bits);
+    out.twins = bits % 2 != 0;
     return out.fixed != nullptr;
 }
 

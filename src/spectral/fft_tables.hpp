@@ -16,9 +16,17 @@ constexpr int kMaxBits = 30;
 // kFixedEnd, since 0 is itself a fixed point.
 constexpr int32_t kFixedEnd = 0x12345678;
 
+// The swap list begins with `tiles` tiles: 16 pairs (32 for an odd bit
+// count, each pair followed by its twin a middle bit higher) that exchange
+// four rows of four consecutive points with four other such rows, transposed:
+// pair 4s + t exchanges point t of the first row s with point s of the
+// second row t. The rows start at the first point of pairs 4s and t. The
+// remaining pairs follow one by one.
 struct BitrevTables {
     const int32_t *swaps;
     const int32_t *fixed;
+    int32_t tiles;
+    bool twins;  // odd bit count: every pair is followed by its twin
 };
 
 // Tables for n = 2^bits points; false when one of them cannot be built.

@@ -55,6 +55,49 @@ struct Avx2Ops {
     }
 };
 
+// The tiles of the swap list (see BitrevTables) moved as whole rows: eight
+// rows of four points are loaded before any is stored and transposed in
+// registers. Done pair by pair, the stores to one row would be followed by
+// loads from the next, whose address differs by a multiple of 4 KiB once
+// rows are that far apart; the processor then takes the load for a possible
+// read of the stored value and waits for the store.
+template <bool Scaled>
+const int32_t *reverse_tiles(double *x, const BitrevTables &t, double scale)
+{
+    const __m256d k = _mm256_set1_pd(scale);
+    const auto put = [&](double *at, __m256d v) { _mm256_storeu_pd(at, Scaled ? _mm256_mul_pd(v, k) : v); };
+    const auto row = [x](int32_t point) { return x + 2 * static_cast<std::size_t>(point); };
+    const int32_t step = t.twins ? 4 : 2;  // words per pair
+    const int32_t *tile = t.swaps;
+    for (int32_t n = 0; n < t.tiles; ++n, tile += 16 * step) {
+        for (const int32_t *list = tile; list < tile + step; list += 2) {
+            double *a[4];
+            double *b[4];
+            __m256d va[4][2];
+            __m256d vb[4][2];
+            for (int i = 0; i < 4; ++i) {
+                a[i] = row(list[4 * step * i]);
+                b[i] = row(list[step * i + 1]);
+                va[i][0] = _mm256_loadu_pd(a[i]);
+                va[i][1] = _mm256_loadu_pd(a[i] + 4);
+                vb[i][0] = _mm256_loadu_pd(b[i]);
+                vb[i][1] = _mm256_loadu_pd(b[i] + 4);
+            }
+            // Point c of rows 0..3 of one side becomes row c of the other;
+            // a register holds points 2h and 2h + 1 of its row.
+            for (int c = 0; c < 4; ++c) {
+                const int h = c / 2;
+                const int lanes = c % 2 ? 0x31 : 0x20;
+                put(b[c], _mm256_permute2f128_pd(va[0][h], va[1][h], lanes));
+                put(b[c] + 4, _mm256_permute2f128_pd(va[2][h], va[3][h], lanes));
+                put(a[c], _mm256_permute2f128_pd(vb[0][h], vb[1][h], lanes));
+                put(a[c] + 4, _mm256_permute2f128_pd(vb[2][h], vb[3][h], lanes));
+            }
+        }
+    }
+    return tile;
+}
+
 }  // namespace
 
 void avx2_kernel(double *x, int bits, const TwiddleLevels &tw, bool inverse)
@@ -65,6 +108,16 @@ void avx2_kernel(double *x, int bits, const TwiddleLevels &tw, bool inverse)
 void avx2_untangle(double *x, int32_t h, const Twiddles &tw)
 {
     RealUntangle<Avx2Ops, Sse2Ops<true>>::run(x, h, tw);
+}
+
+void avx2_reverse(double *x, const BitrevTables &t)
+{
+    reverse_pairs<false>(x, reverse_tiles<false>(x, t, 1.0), t.fixed, 1.0);
+}
+
+void avx2_reverse_scaled(double *x, const BitrevTables &t, double scale)
+{
+    reverse_pairs<true>(x, reverse_tiles<true>(x, t, scale), t.fixed, scale);
 }
 
 }  // namespace dsp_spectral

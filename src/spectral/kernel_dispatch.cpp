@@ -19,10 +19,10 @@ bool path_supported(KernelPath path)
     return false;
 }
 
-const Kernels portable_set = {portable_kernel, portable_untangle};
+const Kernels portable_set = {portable_kernel, portable_untangle, portable_reverse, portable_reverse_scaled};
 #if defined(__x86_64__)
-const Kernels sse2_set = {sse2_kernel, sse2_untangle};
-const Kernels avx2_set = {avx2_kernel, avx2_untangle};
+const Kernels sse2_set = {sse2_kernel, sse2_untangle, sse2_reverse, sse2_reverse_scaled};
+const Kernels avx2_set = {avx2_kernel, avx2_untangle, avx2_reverse, avx2_reverse_scaled};
 #endif
 
 const Kernels &kernels_of(KernelPath path)

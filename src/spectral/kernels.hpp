@@ -15,18 +15,31 @@ using ComplexKernel = void (*)(double *x, int bits, const TwiddleLevels &tw, boo
 // points in x (room for h + 1) become X[0..h]; tw is the table of length 2h.
 using UntangleKernel = void (*)(double *x, int32_t h, const Twiddles &tw);
 
+// The bit-reversal permutation of interleaved complex points (bitrev.cpp);
+// the scaled form also multiplies every value by `scale`.
+using ComplexReverse = void (*)(double *x, const BitrevTables &t);
+using ComplexReverseScaled = void (*)(double *x, const BitrevTables &t, double scale);
+
 struct Kernels {
     ComplexKernel transform;
     UntangleKernel untangle;
+    ComplexReverse reverse;
+    ComplexReverseScaled reverse_scaled;
 };
 
 void portable_kernel(double *x, int bits, const TwiddleLevels &tw, bool inverse);
 void portable_untangle(double *x, int32_t h, const Twiddles &tw);
+void portable_reverse(double *x, const BitrevTables &t);
+void portable_reverse_scaled(double *x, const BitrevTables &t, double scale);
 #if defined(__x86_64__)
 void sse2_kernel(double *x, int bits, const TwiddleLevels &tw, bool inverse);
 void sse2_untangle(double *x, int32_t h, const Twiddles &tw);
+void sse2_reverse(double *x, const BitrevTables &t);
+void sse2_reverse_scaled(double *x, const BitrevTables &t, double scale);
 void avx2_kernel(double *x, int bits, const TwiddleLevels &tw, bool inverse);
 void avx2_untangle(double *x, int32_t h, const Twiddles &tw);
+void avx2_reverse(double *x, const BitrevTables &t);
+void avx2_reverse_scaled(double *x, const BitrevTables &t, double scale);
 #endif
 
 enum class KernelPath { portable, sse2, avx2 };

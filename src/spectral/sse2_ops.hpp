@@ -1,10 +1,13 @@
-// Complex arithmetic on one interleaved point per 128-bit register, for the
-// x86 kernels. Fused selects fused multiply-add in the twiddle product (only
+// Complex arithmetic on one interleaved point per 128-bit register, and the
+// bit reversal of such points, for the x86 kernels. Fused selects fused multiply-add in the twiddle product (only
 // where the including translation unit is compiled for FMA).
 #pragma once
 
+#include "spectral/fft_tables.hpp"
+
 #include <immintrin.h>
 
+#include <cstddef>
 #include <cstdint>
 
 namespace dsp_spectral {
@@ -43,6 +46,32 @@ struct Sse2Ops {
         }
     }
 };
+
+// Bit reversal of complex points, one register each: exchanges the pairs of
+// the swap list from `pairs` on (scaled on the way when Scaled), then scales
+// the fixed points.
+template <bool Scaled>
+inline void reverse_pairs(double *x, const int32_t *pairs, const int32_t *fixed, double scale)
+{
+    const __m128d k = _mm_set1_pd(scale);
+    for (const int32_t *p = pairs; *p != 0; p += 2) {
+        double *a = x + 2 * static_cast<std::size_t>(p[0]);
+        double *b = x + 2 * static_cast<std::size_t>(p[1]);
+        __m128d va = _mm_loadu_pd(a);
+        __m128d vb = _mm_loadu_pd(b);
+        if (Scaled) {
+            va = _mm_mul_pd(va, k);
+            vb = _mm_mul_pd(vb, k);
+        }
+        _mm_storeu_pd(a, vb);
+        _mm_storeu_pd(b, va);
+    }
+    if (!Scaled) return;
+    for (const int32_t *f = fixed; *f != kFixedEnd; ++f) {
+        double *a = x + 2 * static_cast<std::size_t>(*f);
+        _mm_storeu_pd(a, _mm_mul_pd(_mm_loadu_pd(a), k));
+    }
+}
 
 }  // namespace
 }  // namespace dsp_spectral

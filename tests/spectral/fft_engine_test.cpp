@@ -2,6 +2,7 @@
 // the spacing update, bit reversal and the plain-array wrapper.
 #include "spectral/dft_oracle.hpp"
 #include "spectral/fft_engine.hpp"
+#include "spectral/kernels.hpp"
 #include "support/record.hpp"
 
 #include <gtest/gtest.h>
@@ -138,20 +139,27 @@ TEST(FftEngine, BitReversalPermutesPointsAndScales)
 
 TEST(FftEngine, VectorPermutationMatchesItsPortableTwin)
 {
-    for (int bits = 2; bits <= 13; ++bits) {
-        SCOPED_TRACE(bits);
-        dsp_spectral::BitrevTables t;
-        ASSERT_TRUE(dsp_spectral::bitrev_tables(bits, t));
-        const std::vector<double> x = dsp_test::random_values(std::size_t{2} << bits, 11);
-        std::vector<double> a = x, b = x, c = x, d = x;
-        dsp_spectral::bit_reverse(a.data(), 2, t);
-        dsp_spectral::bit_reverse_portable(b.data(), 2, t);
-        dsp_spectral::bit_reverse_scaled(c.data(), 2, t, 0.1);
-        dsp_spectral::bit_reverse_scaled_portable(d.data(), 2, t, 0.1);
-        EXPECT_EQ(a, b);
-        EXPECT_EQ(c, d);
-        EXPECT_NE(a, x);
+    using dsp_spectral::KernelPath;
+    const KernelPath saved = dsp_spectral::active_kernel_path();
+    for (KernelPath path : {KernelPath::portable, KernelPath::sse2, KernelPath::avx2}) {
+        if (!dsp_spectral::select_kernel_path(path)) continue;
+        // 2^4 has one tile of rows and 2^5 twins; up to 2^13 rows lie 4 KiB apart.
+        for (int bits = 2; bits <= 13; ++bits) {
+            SCOPED_TRACE(testing::Message() << "path " << static_cast<int>(path) << " bits " << bits);
+            dsp_spectral::BitrevTables t;
+            ASSERT_TRUE(dsp_spectral::bitrev_tables(bits, t));
+            const std::vector<double> x = dsp_test::random_values(std::size_t{2} << bits, 11);
+            std::vector<double> a = x, b = x, c = x, d = x;
+            dsp_spectral::bit_reverse(a.data(), 2, t);
+            dsp_spectral::bit_reverse_portable(b.data(), 2, t);
+            dsp_spectral::bit_reverse_scaled(c.data(), 2, t, 0.1);
+            dsp_spectral::bit_reverse_scaled_portable(d.data(), 2, t, 0.1);
+            EXPECT_EQ(a, b);
+            EXPECT_EQ(c, d);
+            EXPECT_NE(a, x);
+        }
     }
+    dsp_spectral::select_kernel_path(saved);
 }
 
 TEST(FftEngine, PlainArrayWrapperTransformsComplexArraysOnly)
