@@ -84,14 +84,16 @@ const int32_t *reverse_tiles(double *x, const BitrevTables &t, double scale)
                 vb[i][1] = _mm256_loadu_pd(b[i] + 4);
             }
             // Point c of rows 0..3 of one side becomes row c of the other;
-            // a register holds points 2h and 2h + 1 of its row.
-            for (int c = 0; c < 4; ++c) {
-                const int h = c / 2;
-                const int lanes = c % 2 ? 0x31 : 0x20;
-                put(b[c], _mm256_permute2f128_pd(va[0][h], va[1][h], lanes));
-                put(b[c] + 4, _mm256_permute2f128_pd(va[2][h], va[3][h], lanes));
-                put(a[c], _mm256_permute2f128_pd(vb[0][h], vb[1][h], lanes));
-                put(a[c] + 4, _mm256_permute2f128_pd(vb[2][h], vb[3][h], lanes));
+            // register h of a row holds its points 2h (low lane) and 2h + 1.
+            for (int h = 0; h < 2; ++h) {
+                put(b[2 * h], _mm256_permute2f128_pd(va[0][h], va[1][h], 0x20));
+                put(b[2 * h] + 4, _mm256_permute2f128_pd(va[2][h], va[3][h], 0x20));
+                put(b[2 * h + 1], _mm256_permute2f128_pd(va[0][h], va[1][h], 0x31));
+                put(b[2 * h + 1] + 4, _mm256_permute2f128_pd(va[2][h], va[3][h], 0x31));
+                put(a[2 * h], _mm256_permute2f128_pd(vb[0][h], vb[1][h], 0x20));
+                put(a[2 * h] + 4, _mm256_permute2f128_pd(vb[2][h], vb[3][h], 0x20));
+                put(a[2 * h + 1], _mm256_permute2f128_pd(vb[0][h], vb[1][h], 0x31));
+                put(a[2 * h + 1] + 4, _mm256_permute2f128_pd(vb[2][h], vb[3][h], 0x31));
             }
         }
     }
