@@ -15,8 +15,9 @@ using ComplexKernel = void (*)(double *x, int bits, const TwiddleLevels &tw, boo
 // points in x (room for h + 1) become X[0..h]; tw is the table of length 2h.
 using UntangleKernel = void (*)(double *x, int32_t h, const Twiddles &tw);
 
-// The bit-reversal permutation of interleaved complex points (bitrev.cpp);
-// the scaled form also multiplies every value by `scale`.
+// The bit-reversal permutation of interleaved complex points; the scaled
+// form also multiplies every value by `scale`. Every path gives the same
+// values (only moves and exact products).
 using ComplexReverse = void (*)(double *x, const BitrevTables &t);
 using ComplexReverseScaled = void (*)(double *x, const BitrevTables &t, double scale);
 

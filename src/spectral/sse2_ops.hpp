@@ -1,6 +1,7 @@
 // Complex arithmetic on one interleaved point per 128-bit register, and the
-// bit reversal of such points, for the x86 kernels. Fused selects fused multiply-add in the twiddle product (only
-// where the including translation unit is compiled for FMA).
+// bit reversal of such points, for the x86 kernels. Fused selects fused
+// multiply-add in the twiddle product (only where the including translation
+// unit is compiled for FMA).
 #pragma once
 
 #include "spectral/fft_tables.hpp"
