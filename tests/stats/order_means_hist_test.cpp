@@ -80,6 +80,7 @@ TEST(StatsMeans, GeometricMeanOfThePlainProduct)
     EXPECT_EQ(apply(dsps_gmean, {2, -8}), (V{0}));
     EXPECT_EQ(apply(dsps_gmean, {2, 0, 8}), (V{0}));
     EXPECT_EQ(apply(dsps_gmean, {1e-200, 1e-200}), (V{0}));  // the product underflows
+    EXPECT_EQ(apply(dsps_gmean, {1e-160, 1e-160}), (V{0}));  // a subnormal product is below the floor
     EXPECT_TRUE(std::isinf(apply(dsps_gmean, {1e200, 1e200})[0]));  // and may overflow
     // i * i = -1: magnitude 1, phase pi / 2.
     const V c = apply(dsps_gmean, {0, 1, 0, 1}, true);
