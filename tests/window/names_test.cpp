@@ -10,11 +10,6 @@
 
 namespace {
 
-const char *const kCanonical[] = {"Uniform",  "Bartlett", "Hann",      "Hamming",   "Blackman",  "Blackman_Harris3",
-                                  "Blackman_Harris4", "Gausstop", "Flat4", "Flattop", "Flat6", "Flat7",
-                                  "P501",     "P601",     "Kaiser70",  "Kaiser80",  "Kaiser90",  "Kaiser100",
-                                  "Kaiser110", "Kaiser120", "Gauss60", "Gauss70",   "Gauss80",   "Riemann"};
-
 std::string with_case(std::string s, int (*f)(int))
 {
     for (char &c : s) c = static_cast<char>(f(static_cast<unsigned char>(c)));
@@ -30,19 +25,20 @@ int32_t type_of(const std::string &name)
 
 TEST(WindowNames, EveryTypeRoundTripsInAnyCase)
 {
+    const char *const canonical[] = {"Uniform", "Bartlett", "Hann", "Hamming", "Blackman", "Blackman_Harris3",
+                                     "Blackman_Harris4", "Gausstop", "Flat4", "Flattop", "Flat6", "Flat7", "P501",
+                                     "P601", "Kaiser70", "Kaiser80", "Kaiser90", "Kaiser100", "Kaiser110",
+                                     "Kaiser120", "Gauss60", "Gauss70", "Gauss80", "Riemann"};
     for (int32_t type = 0; type < 24; ++type) {
         char buf[32];
         ASSERT_EQ(dsp_window_to_str(type, buf, sizeof buf), 0);
-        EXPECT_STREQ(buf, kCanonical[type]);
-        EXPECT_EQ(type_of(buf), type);
-        EXPECT_EQ(type_of(with_case(buf, std::toupper)), type);
-        EXPECT_EQ(type_of(with_case(buf, std::tolower)), type);
+        EXPECT_STREQ(buf, canonical[type]);
         // Every canonical name has its constant name in the header's spelling.
-        EXPECT_EQ(type_of("DSP_WINDOW_" + with_case(buf, std::toupper)), type);
-        EXPECT_EQ(type_of("dsp_window_" + with_case(buf, std::tolower)), type);
+        for (const std::string &name : {std::string(buf), with_case(buf, std::toupper), with_case(buf, std::tolower),
+                                        "DSP_WINDOW_" + with_case(buf, std::toupper), "dsp_window_" + with_case(buf, std::tolower)})
+            EXPECT_EQ(type_of(name), type);
     }
     EXPECT_EQ(type_of("LOWLEAK"), DSP_WINDOW_LOWLEAK);
-    EXPECT_EQ(type_of("hann"), DSP_WINDOW_HANN);
     EXPECT_EQ(type_of("Rectangular"), DSP_WINDOW_RECTANGULAR);
     EXPECT_EQ(type_of("p401"), DSP_WINDOW_P401);
     EXPECT_EQ(type_of("Sinc_Lobe"), DSP_WINDOW_SINC_LOBE);
@@ -66,20 +62,20 @@ TEST(WindowNames, OnlyWholeNamesMatch)
 TEST(WindowNames, ToStringCutsAndTerminates)
 {
     char buf[8];
-    std::memset(buf, 'x', sizeof buf);
+    const auto fill = [&buf] { std::memset(buf, 'x', sizeof buf); };
+    fill();
     EXPECT_EQ(dsp_window_to_str(DSP_WINDOW_FLATTOP, buf, 4), 0);
     EXPECT_STREQ(buf, "Fla");
     EXPECT_EQ(dsp_window_to_str(DSP_WINDOW_HANN, buf, 1), 0);
     EXPECT_STREQ(buf, "");
     EXPECT_EQ(dsp_window_to_str(DSP_WINDOW_HANN, buf, 5), 0);
     EXPECT_STREQ(buf, "Hann");
-
     for (int32_t unnamed : {24, 25, -1, 100}) {
-        std::memset(buf, 'x', sizeof buf);
+        fill();
         EXPECT_EQ(dsp_window_to_str(unnamed, buf, sizeof buf), -1);
         EXPECT_EQ(buf[0], '\0');
     }
-    std::memset(buf, 'x', sizeof buf);
+    fill();
     EXPECT_EQ(dsp_window_to_str(DSP_WINDOW_HANN, buf, 0), -1);
     EXPECT_EQ(buf[0], 'x');
     EXPECT_EQ(dsp_window_to_str(DSP_WINDOW_HANN, nullptr, 8), -1);
