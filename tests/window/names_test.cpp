@@ -7,6 +7,7 @@
 #include <cctype>
 #include <cstring>
 #include <string>
+#include <utility>
 
 namespace {
 
@@ -23,7 +24,7 @@ int32_t type_of(const std::string &name)
     return type;
 }
 
-TEST(WindowNames, EveryTypeRoundTripsInAnyCase)
+TEST(WindowNames, WholeNamesParseInAnyCase)
 {
     const char *const canonical[] = {"Uniform", "Bartlett", "Hann", "Hamming", "Blackman", "Blackman_Harris3",
                                      "Blackman_Harris4", "Gausstop", "Flat4", "Flattop", "Flat6", "Flat7", "P501",
@@ -38,16 +39,13 @@ TEST(WindowNames, EveryTypeRoundTripsInAnyCase)
                                         "DSP_WINDOW_" + with_case(buf, std::toupper), "dsp_window_" + with_case(buf, std::tolower)})
             EXPECT_EQ(type_of(name), type);
     }
-    EXPECT_EQ(type_of("LOWLEAK"), DSP_WINDOW_LOWLEAK);
-    EXPECT_EQ(type_of("Rectangular"), DSP_WINDOW_RECTANGULAR);
-    EXPECT_EQ(type_of("p401"), DSP_WINDOW_P401);
-    EXPECT_EQ(type_of("Sinc_Lobe"), DSP_WINDOW_SINC_LOBE);
-    EXPECT_EQ(type_of("DSP_WINDOW_P000"), DSP_WINDOW_P000);
-    EXPECT_EQ(type_of("Dsp_Window_Triangular"), DSP_WINDOW_TRIANGULAR);
-}
-
-TEST(WindowNames, OnlyWholeNamesMatch)
-{
+    // Other display and constant names.
+    const std::pair<const char *, int32_t> aliases[] = {
+        {"LOWLEAK", DSP_WINDOW_LOWLEAK}, {"Rectangular", DSP_WINDOW_RECTANGULAR}, {"p401", DSP_WINDOW_P401},
+        {"Sinc_Lobe", DSP_WINDOW_SINC_LOBE}, {"DSP_WINDOW_P000", DSP_WINDOW_P000},
+        {"Dsp_Window_Triangular", DSP_WINDOW_TRIANGULAR}};
+    for (const auto &[name, type] : aliases) EXPECT_EQ(type_of(name), type);
+    // Anything else fails and sets the type to 0.
     for (const char *text : {"Hann ", " Hann", "Han", "Hanning", "", "DSP_WINDOW_", "Tukey"}) {
         int32_t type = 5;
         EXPECT_EQ(dsp_window_from_str(text, &type), -1) << '"' << text << '"';

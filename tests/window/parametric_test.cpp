@@ -8,64 +8,56 @@ namespace {
 
 using namespace window_test;
 using dsp_test::Record;
-using Apply = std::function<int(dsp *)>;
 
 const int kNoRotate = DSP_WINDOW_NO_ROTATE;
 
-std::vector<double> kaiser(int n, double beta, int flags)
+// Each generator on n ones, not rotated.
+auto kaiser(int n, double beta, int f) { return read_window(n, [=](dsp *s) { return dspi_window_kaiser(s, beta, f | kNoRotate); }); }
+auto gauss(int n, double sigma, int f) { return read_window(n, [=](dsp *s) { return dspi_window_gauss(s, sigma, f | kNoRotate); }); }
+auto tukey(int n, double r, int f) { return read_window(n, [=](dsp *s) { return dspi_window_tukey(s, r, f | kNoRotate); }); }
+auto lobe(int n, double extent, double q, int f)
 {
-    return read_window(n, [=](dsp *s) { return dspi_window_kaiser(s, beta, flags | kNoRotate); });
+    return read_window(n, [=](dsp *s) { return dspi_window_sinc(s, extent, q, f | kNoRotate); });
 }
 
-TEST(WindowParametric, KaiserShapeClampAndPeak)
+TEST(WindowParametric, ShapesFollowTheirClosedForms)
 {
-    // Modes 2 and 3 alike divide by the peak I0(beta); one point is 1.0.
-    for (double beta : {0.0, 3.5, 20.5, -8.0, 150.0})
-        for (int sym : {0, DSP_WINDOW_SYMMETRIC})
-            for (int mode : {0, 1, 2, 3})
-                for (int n : {1, 2, 3, 8, 9, 64})
-                    EXPECT_TRUE(close_to(kaiser(n, beta, mode | sym), normalised(kaiser_shape(n, sym != 0, beta), mode), 1e-12L))
-                        << "beta " << beta << " flags " << (mode | sym) << " n " << n;
-    EXPECT_EQ(kaiser(2, 5.0, 2)[1], 1.0);
-    // Out-of-range beta becomes the positive limit; I0 near 1e198 stays finite.
-    const double limit = 460.51701859880916, power_limit = 230.25850929940458;
-    for (int mode : {0, 2, 3}) {
-        EXPECT_EQ(kaiser(33, 1000.0, mode), kaiser(33, limit, mode));
-        EXPECT_EQ(kaiser(33, -1000.0, mode), kaiser(33, limit, mode));
-        EXPECT_NE(kaiser(33, limit * (1 - 1e-12), mode), kaiser(33, limit, mode));
-    }
-    EXPECT_EQ(kaiser(33, 1000.0, 1), kaiser(33, power_limit, 1));
-    EXPECT_EQ(kaiser(33, -300.0, 1), kaiser(33, power_limit, 1));
-    EXPECT_TRUE(close_to(kaiser(33, limit, 0), normalised(kaiser_shape(33, false, limit), 0), 1e-12L));
-}
-
-TEST(WindowParametric, GaussTukeyAndSincLobe)
-{
-    auto gauss = [](int n, double sigma, int flags) {
-        return read_window(n, [=](dsp *s) { return dspi_window_gauss(s, sigma, flags | kNoRotate); });
-    };
-    auto tukey = [](int n, double r, int flags) {
-        return read_window(n, [=](dsp *s) { return dspi_window_tukey(s, r, flags | kNoRotate); });
-    };
-    auto lobe = [](int n, double extent, double q, int flags) {
-        return read_window(n, [=](dsp *s) { return dspi_window_sinc(s, extent, q, flags | kNoRotate); });
-    };
-    for (int n : {1, 2, 7, 8, 33}) {
+    // Kaiser's modes 2 and 3 alike divide by the peak I0(beta); one point is 1.0.
+    for (int n : {1, 2, 3, 8, 9, 64}) {
         for (int sym : {0, DSP_WINDOW_SYMMETRIC}) {
-            const bool split = sym && n % 2 == 0;
-            for (int mode : kModes) {
-                EXPECT_TRUE(close_to(gauss(n, 0.2, mode | sym), normalised(gauss_shape(n, split, 0.2L), mode), 1e-12L));
+            SCOPED_TRACE(testing::Message() << "n " << n << " symmetric " << sym);
+            for (int mode : {0, 1, 2, 3}) {
+                for (double beta : {0.0, 3.5, 20.5, -8.0, 150.0})
+                    EXPECT_TRUE(close_to(kaiser(n, beta, mode | sym), normalised(kaiser_shape(n, sym, beta), mode), 1e-12L));
+                if (mode == 3) continue;  // leaves zeros for the others, below
+                EXPECT_TRUE(close_to(gauss(n, 0.2, mode | sym), normalised(gauss_shape(n, sym, 0.2L), mode), 1e-12L));
                 for (double r : {0.25, 0.5, 1.0, 1.5})
-                    EXPECT_TRUE(close_to(tukey(n, r, mode | sym), normalised(tukey_shape(n, split, r), mode), 1e-12L))
-                        << "tukey r " << r << " n " << n << " flags " << (mode | sym);
+                    EXPECT_TRUE(close_to(tukey(n, r, mode | sym), normalised(tukey_shape(n, sym, r), mode), 1e-12L)) << r;
                 for (double q : {1.0, 2.0, 0.0, 1.5})  // extent 4 is beyond the first zero at pi
-                    EXPECT_TRUE(close_to(lobe(n, 4.0, q, mode | sym), normalised(lobe_shape(n, split, 4.0L, q), mode), 1e-12L))
-                        << "lobe q " << q << " n " << n << " flags " << (mode | sym);
+                    EXPECT_TRUE(close_to(lobe(n, 4.0, q, mode | sym), normalised(lobe_shape(n, sym, 4.0L, q), mode), 1e-12L)) << q;
             }
         }
     }
+    EXPECT_EQ(kaiser(2, 5.0, 2)[1], 1.0);
     const double e2 = std::exp(-2.0), e05 = std::exp(-0.5);
     EXPECT_EQ(gauss(5, 0.2, 2), (std::vector<double>{e2, e05, 1.0, e05, e2}));
+    // Mode 3 leaves zeros, deliberately.
+    EXPECT_EQ(gauss(9, 0.2, 3), std::vector<double>(9, 0.0));
+    EXPECT_EQ(tukey(9, 0.5, 3), std::vector<double>(9, 0.0));
+    EXPECT_EQ(lobe(9, 3.0, 1.0, 3), std::vector<double>(9, 0.0));
+}
+
+TEST(WindowParametric, LimitsAndDegenerateParameters)
+{
+    // Out-of-range beta on either side becomes the positive limit, a lower
+    // one in the power mode; I0 near 1e198 stays finite.
+    const double limit = 460.51701859880916;
+    for (int mode : {0, 1, 2, 3}) {
+        const double edge = mode == 1 ? 230.25850929940458 : limit;
+        for (double beyond : {1000.0, -1.3 * edge}) EXPECT_EQ(kaiser(33, beyond, mode), kaiser(33, edge, mode)) << mode;
+        EXPECT_NE(kaiser(33, edge * (1 - 1e-12), mode), kaiser(33, edge, mode)) << mode;
+    }
+    EXPECT_TRUE(close_to(kaiser(33, limit, 0), normalised(kaiser_shape(33, false, limit), 0), 1e-12L));
     // Sigma 0 keeps only the centre (the middle pair when symmetric).
     EXPECT_EQ(gauss(5, 0.0, 2), (std::vector<double>{0, 0, 1, 0, 0}));
     EXPECT_EQ(gauss(4, 0.0, 0 | DSP_WINDOW_SYMMETRIC), (std::vector<double>{0, 2, 2, 0}));
@@ -80,10 +72,6 @@ TEST(WindowParametric, GaussTukeyAndSincLobe)
     EXPECT_EQ(lobe(8, 4.0, 1.0 + 4e-16, 2)[0], u);
     EXPECT_EQ(lobe(8, 4.0, 2.0 * (1.0 + 4e-16), 2)[0], u * u);
     EXPECT_EQ(lobe(8, 4.0, 1.0 + 1e-14, 2)[0], 0.0);
-    // Mode 3 leaves zeros, deliberately.
-    EXPECT_EQ(gauss(9, 0.2, 3), std::vector<double>(9, 0.0));
-    EXPECT_EQ(tukey(9, 0.5, 3), std::vector<double>(9, 0.0));
-    EXPECT_EQ(lobe(9, 3.0, 1.0, 3), std::vector<double>(9, 0.0));
 }
 
 TEST(WindowParametric, RotationAndCallerCosineSum)
@@ -102,13 +90,11 @@ TEST(WindowParametric, RotationAndCallerCosineSum)
         std::rotate(got.begin(), got.begin() + (n - n / 2), got.end());
         return got;
     };
-    EXPECT_TRUE(close_to(caller_cos({0.3, -0.2, 0.7}, 10), cosine_window({0.3L, -0.2L, 0.7L}, 10, 10), 1e-13L));
+    EXPECT_TRUE(close_to(caller_cos({0.3, -0.2, 0.7}, 10), cosine_window(std::vector<double>{0.3, -0.2, 0.7}, 10, 10), 1e-13L));
     EXPECT_EQ(caller_cos({3.0}, 5), std::vector<double>(5, 3.0));
     EXPECT_EQ(caller_cos({}, 5), std::vector<double>(5, 0.0));
-    Record complex_coefficients({0.5, 0.0, 0.5, 0.0}, true);
-    Record r(x);
-    EXPECT_EQ(dspi_window_cos(r.get(), complex_coefficients.get()), -1);
-    EXPECT_EQ(r.values(), x);
+    const Record complex_coefficients({0.5, 0.0, 0.5, 0.0}, true);
+    EXPECT_TRUE(refuses(x, [&](dsp *r) { return dspi_window_cos(r, complex_coefficients.get()); }));
 }
 
 TEST(WindowParametric, FirDesignWindows)
@@ -132,12 +118,9 @@ TEST(WindowParametric, FirDesignWindows)
     }
     EXPECT_EQ(fir(DSP_WINDOW_FIR_SINC_FITTED, 0.0), std::vector<double>(n, 1.0));
     // Catalogue types with symmetric placement: only the parametric ones.
-    EXPECT_TRUE(close_to(fir(DSP_WINDOW_KAISER70, 0.0), fixed_parametric(DSP_WINDOW_KAISER70, n, true), 1e-12L));
-    for (int refused : {DSP_WINDOW_HANN, DSP_WINDOW_FLAT7, DSP_WINDOW_BARTLETT, 99}) {
-        Record s(std::vector<double>(8, 2.0));
-        EXPECT_EQ(dspi_window_fir(s.get(), refused, 0.1), -1) << refused;
-        EXPECT_EQ(s.values(), std::vector<double>(8, 2.0));
-    }
+    EXPECT_TRUE(close_to(fir(DSP_WINDOW_KAISER70, 0.0), fixed_shape(DSP_WINDOW_KAISER70, n, true), 1e-12L));
+    for (int type : {DSP_WINDOW_HANN, DSP_WINDOW_FLAT7, DSP_WINDOW_BARTLETT, 99})
+        EXPECT_TRUE(refuses({1, 2, 3}, [=](dsp *s) { return dspi_window_fir(s, type, 0.1); })) << type;
 }
 
 TEST(WindowParametric, FailuresLeaveTheSignal)
@@ -153,9 +136,7 @@ TEST(WindowParametric, FailuresLeaveTheSignal)
     };
     for (const auto &shape : shapes) {
         EXPECT_EQ(failures_leaving_signal(x, [&](dsp *s) { return shape(s, 0); }), 1);
-        Record s(x);
-        EXPECT_EQ(shape(s.get(), DSP_WINDOW_OWN_LENGTH), -1);
-        EXPECT_EQ(s.values(), x);
+        EXPECT_TRUE(refuses(x, [&](dsp *s) { return shape(s, DSP_WINDOW_OWN_LENGTH); }));
     }
     EXPECT_EQ(failures_leaving_signal(x, [&](dsp *s) { return dspi_window_cos(s, coefficients.get()); }), 1);
     EXPECT_EQ(failures_leaving_signal(x, [](dsp *s) { return dspi_window_fir(s, DSP_WINDOW_FIR_KAISER, 0.1); }), 1);

@@ -71,12 +71,27 @@ inline std::vector<long double> mode_coefficients(const RawCosine &c, int mode)
 }
 
 // sum_k a_k cos(2 pi k m / period) over offsets m = i - n/2 from the centre.
-inline Values cosine_window(const std::vector<long double> &a, int n, long double period)
+template <typename T>
+Values cosine_window(const std::vector<T> &a, int n, long double period)
 {
     Values w(static_cast<std::size_t>(n));
     for (int i = 0; i < n; ++i)
         for (std::size_t k = 0; k < a.size(); ++k)
             w[static_cast<std::size_t>(i)] += a[k] * std::cos(2 * kPi * k * (i - n / 2) / period);
+    return w;
+}
+
+// A cosine sum of period L cut to an own length L < n around the centre:
+// offsets -L/2 .. L/2, one fewer on the right for even L, so L points remain.
+template <typename T>
+Values own_length_cosine(const std::vector<T> &a, int n, double length)
+{
+    Values w = cosine_window(a, n, length > 0 ? length : 1.0);
+    if (length >= n) return w;
+    const int whole = static_cast<int>(std::floor(length));
+    const int right = whole / 2 - (whole % 2 == 0 && whole == length ? 1 : 0);
+    for (int i = 0; i < n; ++i)
+        if (i - n / 2 < -whole / 2 || i - n / 2 > right) w[static_cast<std::size_t>(i)] = 0.0L;
     return w;
 }
 
@@ -99,58 +114,56 @@ inline long double bessel_i0(long double x)
     return sum;
 }
 
-// A shape f(distance) over n points centred on n/2, or between n/2 - 1 and
-// n/2 when split (symmetric placement of an even length).
+// A shape f(distance) over n points centred on n/2, or, placed symmetrically,
+// on (n - 1)/2: between n/2 - 1 and n/2 for even n.
 template <typename Shape>
-Values centred(int n, bool split, Shape f)
+Values centred(int n, bool symmetric, Shape f)
 {
     Values w(static_cast<std::size_t>(n));
-    for (int i = 0; i < n; ++i) w[static_cast<std::size_t>(i)] = f(std::fabs(i - n / 2 + (split ? 0.5L : 0.0L)));
+    for (int i = 0; i < n; ++i) w[static_cast<std::size_t>(i)] = f(std::fabs(i - (symmetric ? (n - 1) / 2.0L : n / 2)));
     return w;
 }
-
-inline Values triangle_shape(int n) { return centred(n, false, [n](long double d) { return 1 - 2 * d / n; }); }
 
 // I0(beta sqrt(1 - (2d/D)^2)) / I0(beta), D = n (n - 1 when symmetric); one point is 1.
 inline Values kaiser_shape(int n, bool symmetric, long double beta)
 {
     const long double dd = symmetric && n > 1 ? n - 1 : n;
-    return centred(n, symmetric && n % 2 == 0, [&](long double d) {
+    return centred(n, symmetric, [&](long double d) {
         return bessel_i0(beta * std::sqrt(std::max(0.0L, 1 - 4 * d * d / (dd * dd)))) / bessel_i0(beta);
     });
 }
 
-inline Values gauss_shape(int n, bool split, long double sigma)
+inline Values gauss_shape(int n, bool symmetric, long double sigma)
 {
-    return centred(n, split, [&](long double d) { return std::exp(-0.5L * d * d / (n * sigma * n * sigma)); });
+    return centred(n, symmetric, [&](long double d) { return std::exp(-0.5L * d * d / (n * sigma * n * sigma)); });
 }
 
-inline Values tukey_shape(int n, bool split, long double r)
+inline Values tukey_shape(int n, bool symmetric, long double r)
 {
     const long double flat = (1 - r) * n / 2;
-    return centred(n, split, [&](long double d) { return d <= flat ? 1 : (1 + std::cos(2 * kPi * (d - flat) / (n * r))) / 2; });
+    return centred(n, symmetric, [&](long double d) { return d <= flat ? 1 : (1 + std::cos(2 * kPi * (d - flat) / (n * r))) / 2; });
 }
 
 // (sin(x)/x)^q with x = 2 extent d / n; beyond the first zero only the powers
 // 0, 1 and 2 have a value, any other gives 0.
-inline Values lobe_shape(int n, bool split, long double extent, long double q)
+inline Values lobe_shape(int n, bool symmetric, long double extent, long double q)
 {
-    return centred(n, split, [&](long double d) {
+    return centred(n, symmetric, [&](long double d) {
         const long double x = d * 2 * extent / n, u = x == 0 ? 1 : std::sin(x) / x;
         return u > 0 ? std::pow(u, q) : q == 1 ? u : q == 2 ? u * u : q == 0 ? 1 : 0;
     });
 }
 
-// Catalogue types 14..24 before scaling, with the catalogue's parameters.
-inline Values fixed_parametric(int type, int n, bool symmetric)
+// Catalogue types 1 and 14..24 before scaling, with the catalogue's parameters.
+inline Values fixed_shape(int type, int n, bool symmetric)
 {
     static const long double beta[] = {9.473960131326246L,  10.751776690564654L, 12.014077292090791L,
                                        13.264372446115681L, 14.505082414495599L, 15.73795091271457L};
     static const long double sigma[] = {0.1583722L, 0.1442161L, 0.1328102L};
-    const bool split = symmetric && n % 2 == 0;
+    if (type == 1) return centred(n, false, [n](long double d) { return 1 - 2 * d / n; });
     if (type <= 19) return kaiser_shape(n, symmetric, beta[type - 14]);
-    if (type <= 22) return gauss_shape(n, split, sigma[type - 20]);
-    return type == 23 ? lobe_shape(n, split, kPi, 1) : tukey_shape(n, split, 0.25L);
+    if (type <= 22) return gauss_shape(n, symmetric, sigma[type - 20]);
+    return type == 23 ? lobe_shape(n, symmetric, kPi, 1) : tukey_shape(n, symmetric, 0.25L);
 }
 
 // Multiplies a record of n ones by the window and reads it; the call must succeed.
@@ -171,6 +184,14 @@ inline ::testing::AssertionResult close_to(const std::vector<double> &got, const
         if (got.size() != want.size() || !(std::fabs(got[i] - want[i]) <= tol * peak))
             return ::testing::AssertionFailure() << "size " << got.size() << ", index " << i;
     return ::testing::AssertionSuccess();
+}
+
+// True when call fails on a record of x and leaves it as it was.
+template <typename Call>
+bool refuses(const std::vector<double> &x, Call call)
+{
+    dsp_test::Record s(x);
+    return call(s.get()) == -1 && std::equal(x.begin(), x.end(), s->data);
 }
 
 // Runs call on a fresh record of x with growth k failing, k = 0, 1, ... until
