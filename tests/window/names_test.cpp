@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <cctype>
-#include <cstring>
 #include <string>
 #include <utility>
 
@@ -59,23 +58,18 @@ TEST(WindowNames, WholeNamesParseInAnyCase)
 
 TEST(WindowNames, ToStringCutsAndTerminates)
 {
-    char buf[8];
-    const auto fill = [&buf] { std::memset(buf, 'x', sizeof buf); };
-    fill();
-    EXPECT_EQ(dsp_window_to_str(DSP_WINDOW_FLATTOP, buf, 4), 0);
-    EXPECT_STREQ(buf, "Fla");
-    EXPECT_EQ(dsp_window_to_str(DSP_WINDOW_HANN, buf, 1), 0);
-    EXPECT_STREQ(buf, "");
-    EXPECT_EQ(dsp_window_to_str(DSP_WINDOW_HANN, buf, 5), 0);
-    EXPECT_STREQ(buf, "Hann");
-    for (int32_t unnamed : {24, 25, -1, 100}) {
-        fill();
-        EXPECT_EQ(dsp_window_to_str(unnamed, buf, sizeof buf), -1);
-        EXPECT_EQ(buf[0], '\0');
+    // The name is cut to len - 1 characters and terminated; an unnamed type
+    // leaves "" and len 0 leaves the buffer alone.
+    const struct {
+        int32_t type, len, status;
+        const char *text;
+    } cases[] = {{DSP_WINDOW_FLATTOP, 4, 0, "Fla"}, {DSP_WINDOW_HANN, 1, 0, ""}, {DSP_WINDOW_HANN, 5, 0, "Hann"},
+                 {24, 8, -1, ""}, {25, 8, -1, ""}, {-1, 8, -1, ""}, {100, 8, -1, ""}, {DSP_WINDOW_HANN, 0, -1, "xxxxxxx"}};
+    for (const auto &c : cases) {
+        char buf[8] = "xxxxxxx";
+        EXPECT_EQ(dsp_window_to_str(c.type, buf, c.len), c.status) << c.type << ' ' << c.len;
+        EXPECT_STREQ(buf, c.text);
     }
-    fill();
-    EXPECT_EQ(dsp_window_to_str(DSP_WINDOW_HANN, buf, 0), -1);
-    EXPECT_EQ(buf[0], 'x');
     EXPECT_EQ(dsp_window_to_str(DSP_WINDOW_HANN, nullptr, 8), -1);
 }
 
