@@ -29,7 +29,7 @@ TEST(WindowParametric, ShapesFollowTheirClosedForms)
             for (int mode : {0, 1, 2, 3}) {
                 for (double beta : {0.0, 3.5, 20.5, -8.0, 150.0})
                     EXPECT_TRUE(close_to(kaiser(n, beta, mode | sym), normalised(kaiser_shape(n, sym, beta), mode), 1e-12L));
-                if (mode == 3) continue;  // leaves zeros for the others, below
+                if (mode == 3) continue;  // the other shapes give zeros in mode 3: below
                 EXPECT_TRUE(close_to(gauss(n, 0.2, mode | sym), normalised(gauss_shape(n, sym, 0.2L), mode), 1e-12L));
                 for (double r : {0.25, 0.5, 1.0, 1.5})
                     EXPECT_TRUE(close_to(tukey(n, r, mode | sym), normalised(tukey_shape(n, sym, r), mode), 1e-12L)) << r;
