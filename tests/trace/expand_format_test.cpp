@@ -14,20 +14,18 @@ const double kInf = INFINITY, kNaN = NAN;
 
 TEST(TraceExpand, AxesKeepTheirEndPointsExact)
 {
-    std::vector<double> out(10, -1.0);
-    vfpd_ExpandLinear(out.data(), 8, 0.0, 7.0);
-    EXPECT_EQ(out, (std::vector<double>{0, 1, 2, 3, 4, 5, 6, 7, -1, -1}));
+    // Inside, i * step + first with the step rounded once: 0 .. 0.5 in 6
+    // points has step 0.1 and puts 3 * 0.1 = 0.30000000000000004 at index 3.
+    std::vector<double> out(7, -1.0);
+    vfpd_ExpandLinear(out.data(), 6, 0.0, 0.5);
+    EXPECT_EQ(out, (std::vector<double>{0, 0.1, 0.2, 0.30000000000000004, 0.4, 0.5, -1}));
+    vfpd_ExpandLinear(out.data(), 1, 3.0, 4.0);  // only the first point
+    EXPECT_EQ(out[0], 3.0);
+    EXPECT_EQ(out[1], 0.1);
     // 0.1 .. 0.3 in 4 points: 3 * step + 0.1 would miss 0.3; it is stored.
     ASSERT_NE(3 * ((0.3 - 0.1) / 3) + 0.1, 0.3);
     vfpd_ExpandLinear(out.data(), 4, 0.1, 0.3);
     EXPECT_EQ(out[3], 0.3);
-    // Inside, i * step + first with the step rounded once: 0 .. 0.5 in 6
-    // points has step 0.1 and puts 3 * 0.1 = 0.30000000000000004 at index 3.
-    vfpd_ExpandLinear(out.data(), 6, 0.0, 0.5);
-    EXPECT_EQ(out[3], 0.30000000000000004);
-    vfpd_ExpandLinear(out.data(), 1, 3.0, 4.0);  // only the first point
-    EXPECT_EQ(out[0], 3.0);
-    EXPECT_EQ(out[1], 0.1);
 
     // 300 kHz .. 3 GHz in 201 points: a constant ratio 10^(4/200).
     std::vector<double> axis(202, -1.0);

@@ -143,17 +143,12 @@ TEST(TraceScaleToInt, SinglePrecisionFormsComputeInSinglePrecision)
     EXPECT_EQ(out, 16777217);
 }
 
-TEST(TraceScaleToFP, MapsOntoADoubleRange)
+TEST(TraceScaleToFP, MapsOntoADoubleRangeInPlace)
 {
-    // [-50, 10] dB onto screen rows 400 .. 0, and [0, 1] onto [-1, 1] in place.
-    const std::vector<double> src = {-50.0, 10.0, -20.0, -35.0, 40.0};
-    std::vector<double> dst(src.size(), -1.0);
-    vfpdb_ScaleToFP(src.data(), 5, -50.0, 10.0, dst.data(), 400.0, 0.0);
-    const std::vector<double> expected = {400.0, 0.0, 200.0, 300.0, -200.0};
-    for (std::size_t i = 0; i < src.size(); ++i) EXPECT_NEAR(dst[i], expected[i], 1e-12) << i;
-    std::vector<double> in_place = {0.0, 0.5, 1.0};
-    vfpdb_ScaleToFP(in_place.data(), 3, 0.0, 1.0, in_place.data(), -1.0, 1.0);
-    EXPECT_EQ(in_place, (std::vector<double>{-1.0, 0.0, 1.0}));
-    vfpdb_ScaleToFP(src.data(), 0, 0.0, 1.0, in_place.data(), 5.0, 6.0);
-    EXPECT_EQ(in_place[0], -1.0);
+    // [0, 1] onto [1, -1], reversed, and extrapolated past the range.
+    std::vector<double> v = {0.0, 0.5, 1.0, 2.0};
+    vfpdb_ScaleToFP(v.data(), 4, 0.0, 1.0, v.data(), 1.0, -1.0);
+    EXPECT_EQ(v, (std::vector<double>{1.0, 0.0, -1.0, -3.0}));
+    vfpdb_ScaleToFP(v.data(), 0, 0.0, 1.0, v.data(), 5.0, 6.0);
+    EXPECT_EQ(v[0], 1.0);
 }
