@@ -7,7 +7,6 @@
 #include <gtest/gtest.h>
 
 #include <climits>
-#include <functional>
 #include <new>
 #include <vector>
 
@@ -43,12 +42,11 @@ struct Sweep {
     }
 };
 
-struct Call {
+const struct {
     const char *name;
-    std::function<void(Sweep &)> run;
+    void (*run)(Sweep &);
     bool keeps_control_word;
-};
-const Call kCalls[] = {
+} kCalls[] = {
     {"Compute1PortTerms",
      [](Sweep &s) { Compute1PortTerms(s.out1.data(), s.out2.data(), s.out3.data(), s.g0.data(), s.g1.data(), s.g2.data(), 0, s.n); },
      true},
@@ -67,7 +65,7 @@ const Call kCalls[] = {
 
 TEST(CalibStorage, PointsReuseStorageAndNothingStaysLive)
 {
-    for (const Call &call : kCalls) {
+    for (const auto &call : kCalls) {
         long per_call[2];
         for (int i = 0; i < 2; ++i) {
             Sweep sweep(i == 0 ? 8 : 4000);
@@ -95,7 +93,7 @@ TEST(CalibStorage, EveryFailedAllocationReachesTheCallerAndReleasesAll)
     // Every call raises inexact flags on the way; those that keep the
     // control word must clear them again, on success and on failure.
     const uint32_t entry = get_fpscr() & ~FPSCR_FLAGS_MASK;
-    for (const Call &call : kCalls) {
+    for (const auto &call : kCalls) {
         int failures = 0;
         for (long k = 0;; ++k) {
             Sweep sweep(50);

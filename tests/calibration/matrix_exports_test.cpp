@@ -17,39 +17,30 @@ using calib_test::V;
 
 namespace {
 
-// Inverse of the row-major n x n matrix a by Gauss-Jordan elimination on
-// [a | I] in long double with complete pivoting.
+// Inverse of the row-major n x n matrix a: Gauss-Jordan elimination of
+// [a | I] in long double, with row pivoting, leaves [I | a^-1].
 std::vector<CL> reference_inverse(const V &a, int n)
 {
     const int w = 2 * n;
     std::vector<CL> m(n * w);
     for (int i = 0; i < n; ++i) {
-        for (int j = 0; j < n; ++j) m[i * w + j] = CL(a[i * n + j]);
+        std::copy_n(&a[i * n], n, &m[i * w]);
         m[i * w + n + i] = 1.0L;
     }
-    std::vector<int> col(n);  // column exchanges of the left half
-    std::iota(col.begin(), col.end(), 0);
     for (int k = 0; k < n; ++k) {
-        int pr = k, pc = k;
-        for (int i = k; i < n; ++i)
-            for (int j = k; j < n; ++j)
-                if (std::abs(m[i * w + j]) > std::abs(m[pr * w + pc])) pr = i, pc = j;
-        for (int j = 0; j < w; ++j) std::swap(m[k * w + j], m[pr * w + j]);
-        for (int i = 0; i < n; ++i) std::swap(m[i * w + k], m[i * w + pc]);
-        std::swap(col[k], col[pc]);
-        const CL p = m[k * w + k];
-        for (int j = 0; j < w; ++j) m[k * w + j] /= p;
+        int p = k;
+        for (int i = k + 1; i < n; ++i) p = std::abs(m[i * w + k]) > std::abs(m[p * w + k]) ? i : p;
+        std::swap_ranges(&m[k * w], &m[k * w] + w, &m[p * w]);
+        const CL pivot = m[k * w + k];
+        for (int j = 0; j < w; ++j) m[k * w + j] /= pivot;
         for (int i = 0; i < n; ++i) {
             const CL f = m[i * w + k];
             if (i != k)
                 for (int j = 0; j < w; ++j) m[i * w + j] -= f * m[k * w + j];
         }
     }
-    // With columns of a exchanged, row k of the right half is row col[k] of
-    // the inverse.
     std::vector<CL> inv(n * n);
-    for (int k = 0; k < n; ++k)
-        for (int j = 0; j < n; ++j) inv[col[k] * n + j] = m[k * w + n + j];
+    for (int i = 0; i < n; ++i) std::copy_n(&m[i * w + n], n, &inv[i * n]);
     return inv;
 }
 

@@ -10,6 +10,7 @@
 #include <cstring>
 #include <vector>
 
+using calib_test::C;
 using calib_test::CL;
 using calib_test::V;
 using dsp_calib::Complex;
@@ -96,10 +97,7 @@ TEST(CalibMatrix, HandlesShareUntilOneWrites)
     const double cm[] = {1, 10, 2, 20, 3, 30, 4, 40, 5, 50, 6, 60};  // 2 x 3
     const Matrix t = Matrix::from_array(2, 3, cm, true);
     const double expect_re[] = {1, 3, 5, 2, 4, 6};
-    for (uint32_t i = 0; i < 6; ++i) {
-        EXPECT_EQ(t.get(i).re, expect_re[i]);
-        EXPECT_EQ(t.get(i).im, 10 * expect_re[i]);
-    }
+    for (uint32_t i = 0; i < 6; ++i) EXPECT_EQ(C(t.get(i).re, t.get(i).im), C(expect_re[i], 10 * expect_re[i]));
 }
 
 TEST(CalibMatrix, CacheKeepsFourMostRecentAndEmptiesWithTheLastLive)
@@ -183,39 +181,35 @@ TEST(CalibMatrix, ProductAddsInOrderFromZero)
 
 TEST(CalibMatrix, FailedInversionStopsWherePivotingDid)
 {
+    // The in-place inversion of a row-major n x n matrix, what it leaves
+    // written back to v.
+    auto invert_values = [](V &v, uint32_t n) {
+        Matrix m = Matrix::from_array(n, n, reinterpret_cast<const double *>(v.data()), false);
+        const bool ok = dsp_calib::invert_in_place(m);
+        for (uint32_t i = 0; i < n * n; ++i) v[i] = C(m.get(i).re, m.get(i).im);
+        return ok;
+    };
     // Column 0 ties |1| and |-1|: the first row is the pivot, row 1 becomes
     // (1, 0, 0), and column 1 has no pivot left. Had the tie gone to row 1,
     // the rows would have been exchanged and (0, 0) would read -1.
-    const double a[] = {1, 0, 1, 0, 0, 0, -1, 0, -1, 0, 0, 0, 0, 0, 0, 0, 1, 0};
-    Matrix m = Matrix::from_array(3, 3, a, false);
-    EXPECT_FALSE(dsp_calib::invert_in_place(m));
-    const double want[] = {1, 1, 0, 1, 0, 0, 0, 0, 1};
-    for (uint32_t i = 0; i < 9; ++i) {
-        EXPECT_EQ(m.get(i).re, want[i]) << i;
-        EXPECT_EQ(m.get(i).im, 0.0) << i;
-    }
+    V tie = {1, 1, 0, -1, -1, 0, 0, 0, 1};
+    EXPECT_FALSE(invert_values(tie, 3));
+    EXPECT_EQ(tie, (V{1, 1, 0, 1, 0, 0, 0, 0, 1}));
 
     // Pivots are ranked by |z|: of (5.3, 0), (3.8, 3.8) and (5, 2.5) the last
     // wins, though the first has the largest part and the second the largest
     // |re| + |im|. With column 1 empty the sweep stops after column 0, the
     // pivot row moved to row 0 and scaled by its reciprocal.
-    const calib_test::C first(5.3, 0), second(3.8, 3.8), third(5, 2.5);
-    const double b[] = {first.real(),  first.imag(),  0, 0, 0, 0,
-                        second.real(), second.imag(), 0, 0, 0, 0,
-                        third.real(),  third.imag(),  0, 0, 0, 0};
-    Matrix p = Matrix::from_array(3, 3, b, false);
-    EXPECT_FALSE(dsp_calib::invert_in_place(p));
-    const calib_test::C column[] = {1.0 / third, -second / third, -first / third};
-    for (uint32_t i = 0; i < 3; ++i) {
-        const Complex v = p.get(3 * i);
-        EXPECT_LE(std::abs(calib_test::C(v.re, v.im) - column[i]), 1e-15) << i;
-    }
+    const C first(5.3, 0), second(3.8, 3.8), third(5, 2.5);
+    V ranked = {first, 0, 0, second, 0, 0, third, 0, 0};
+    EXPECT_FALSE(invert_values(ranked, 3));
+    const C column[] = {1.0 / third, -second / third, -first / third};
+    for (uint32_t i = 0; i < 3; ++i) EXPECT_LE(std::abs(ranked[3 * i] - column[i]), 1e-15) << i;
 
     // A NaN first candidate is never replaced by a later row: column 0 has
     // no pivot, though row 1 would serve, and nothing is reduced.
-    const double nan_first[] = {std::numeric_limits<double>::quiet_NaN(), 0, 0, 0, 1, 0, 1, 0};
-    Matrix q = Matrix::from_array(2, 2, nan_first, false);
-    EXPECT_FALSE(dsp_calib::invert_in_place(q));
-    EXPECT_EQ(q.get(2).re, 1.0);
-    EXPECT_EQ(q.get(3).re, 1.0);
+    V nan_first = {NAN, 0, 1, 1};
+    EXPECT_FALSE(invert_values(nan_first, 2));
+    EXPECT_EQ(nan_first[2], 1.0);
+    EXPECT_EQ(nan_first[3], 1.0);
 }

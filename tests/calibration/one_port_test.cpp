@@ -157,32 +157,24 @@ TEST(CalibOnePort, EnhancedResponseUndoesTheForwardModel)
         s[k] = rounded(CL(t[k]) * CL(s21[k]) / (1.0L - CL(truth.s[k]) * gl));
         m[k] = truth.measure(k, g1[k]);
     }
-    auto enhanced = [&](const PortTerms &x, const V &tt, C *refl, C *trans, int32_t start, int32_t stop, unsigned char lm) {
-        return ApplyEnhancedResponse(x.d.data(), x.s.data(), x.r.data(), l.data(), tt.data(), m.data(), s.data(), refl,
-                                     trans, start, stop, lm);
+    auto enhanced = [&](C *refl, C *trans, int32_t start, int32_t stop, unsigned char use_load) {
+        return ApplyEnhancedResponse(truth.d.data(), truth.s.data(), truth.r.data(), l.data(), t.data(), m.data(), s.data(),
+                                     refl, trans, start, stop, use_load);
     };
     for (unsigned char use_load : {0, 1}) {
         V refl(n), trans(n), refl_only(n), trans_only(n);
-        EXPECT_EQ(enhanced(truth, t, refl.data(), trans.data(), 0, all, use_load), all);
+        EXPECT_EQ(enhanced(refl.data(), trans.data(), 0, all, use_load), all);
         EXPECT_LE(max_error(trans, s21, 0, n), 1e-14);
         EXPECT_LE(max_error(refl, use_load ? s11 : g1, 0, n), 1e-14);
         // Each output alone gives the same values.
-        enhanced(truth, t, refl_only.data(), nullptr, 0, all, use_load);
-        enhanced(truth, t, nullptr, trans_only.data(), 0, all, use_load);
+        enhanced(refl_only.data(), nullptr, 0, all, use_load);
+        enhanced(nullptr, trans_only.data(), 0, all, use_load);
         EXPECT_EQ(refl_only, refl);
         EXPECT_EQ(trans_only, trans);
     }
     V out(n, C(5, 5));
-    EXPECT_EQ(enhanced(truth, t, out.data(), out.data(), 7, 7, 0), 0);
+    EXPECT_EQ(enhanced(out.data(), out.data(), 7, 7, 0), 0);
     EXPECT_EQ(out, V(n, C(5, 5)));
-    // Ideal terms with T = 1 pass both measurements through unchanged.
-    PortTerms ideal = truth;
-    ideal.d = ideal.s = V(n, 0.0);
-    ideal.r = V(n, 1.0);
-    V refl(n), trans(n);
-    enhanced(ideal, ideal.r, refl.data(), trans.data(), 0, all, 0);
-    EXPECT_EQ(refl, m);
-    EXPECT_EQ(trans, s);
 
     // Hand-derived real point, D 1, S 1, R 9, L 3, T 13, m 3, s 3: den = 11,
     // t21 = (9 x 3) / (13 x 11) and s11 = 2 / 11 - 3 (t21 t21), every quotient
