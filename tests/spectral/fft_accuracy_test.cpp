@@ -1,6 +1,6 @@
 // Accuracy of the complex and real transforms on every kernel path this
 // machine runs, against directly evaluated long-double DFT sums.
-#include "spectral/dft_oracle.hpp"
+#include "support/dft_oracle.hpp"
 #include "spectral/kernels.hpp"
 #include "support/record.hpp"
 

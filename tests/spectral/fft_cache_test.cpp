@@ -1,5 +1,5 @@
 // The table caches: contents, sizes, reuse, release and failure to grow.
-#include "spectral/dft_oracle.hpp"
+#include "support/dft_oracle.hpp"
 #include "spectral/fft_tables.hpp"
 #include "support/alloc_hooks.hpp"
 #include "support/record.hpp"

@@ -1,6 +1,6 @@
 // The transforms' contract on small hand-checked cases: lengths, scaling,
 // the spacing update, bit reversal and the plain-array wrapper.
-#include "spectral/dft_oracle.hpp"
+#include "support/dft_oracle.hpp"
 #include "spectral/fft_engine.hpp"
 #include "support/record.hpp"
 

@@ -1,7 +1,7 @@
 // The spectrum front end on small cases worked out by hand: selection,
 // windowing and rotation, scaling, zero padding, one- and two-sided output,
 // and the way back.
-#include "spectral/dft_oracle.hpp"
+#include "support/dft_oracle.hpp"
 #include "support/alloc_hooks.hpp"
 #include "support/record.hpp"
 
