@@ -1,6 +1,5 @@
 // The transforms' contract on small hand-checked cases: lengths, scaling,
 // the spacing update, bit reversal and the plain-array wrapper.
-#include "spectral/fft_engine.hpp"
 #include "support/dft_oracle.hpp"
 #include "support/random_values.hpp"
 #include "support/record.hpp"
@@ -97,24 +96,6 @@ TEST(FftEngine, BitReversalPermutesPointsAndScales)
             EXPECT_EQ(pair_scaled->data[2 * i], (r + 1.0) / n);
             EXPECT_EQ(pair_scaled->data[2 * i + 1], -r / static_cast<double>(n));
         }
-    }
-}
-
-TEST(FftEngine, VectorPermutationMatchesItsPortableTwin)
-{
-    for (int bits = 2; bits <= 13; ++bits) {
-        SCOPED_TRACE(bits);
-        dsp_spectral::BitrevTables t;
-        ASSERT_TRUE(dsp_spectral::bitrev_tables(bits, t));
-        const V x = dsp_test::uniform_values(std::size_t{2} << bits, 11, 1.0);
-        V a = x, b = x, c = x, d = x;
-        dsp_spectral::bit_reverse(a.data(), 2, t);
-        dsp_spectral::bit_reverse_portable(b.data(), 2, t);
-        dsp_spectral::bit_reverse_scaled(c.data(), 2, t, 0.1);
-        dsp_spectral::bit_reverse_scaled_portable(d.data(), 2, t, 0.1);
-        EXPECT_EQ(a, b);
-        EXPECT_EQ(c, d);
-        EXPECT_NE(a, x);
     }
 }
 

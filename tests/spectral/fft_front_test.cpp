@@ -24,7 +24,7 @@ void expect_near_all(const V &got, const V &want, double tol = 1e-14)
 }
 
 // One-sided spectrum (1/N) of a real sequence, by the direct sum.
-V half_spectrum(const V &x)
+V half(const V &x)
 {
     V out;
     for (const dsp_test::LComplex &c : dsp_test::naive_dft({x.begin(), x.end()}, -1, 1.0L / x.size(), x.size() / 2 + 1))
@@ -49,7 +49,7 @@ TEST(FftFront, EachFlagOnHandDerivedCases)
         padded[i] = 4.0 * (i + 1);
     }
     eight[2 * 3] = 1.0;
-    const int32_t inverse_two_sided = DSP_FFT_INVERSE | DSP_FFT_TWO_SIDED;
+    const int32_t U = DSP_WINDOW_UNIFORM, H = DSP_WINDOW_HANN, inverse_two_sided = DSP_FFT_INVERSE | DSP_FFT_TWO_SIDED;
     struct Case {
         V in;
         bool complex_flag;
@@ -57,71 +57,63 @@ TEST(FftFront, EachFlagOnHandDerivedCases)
         double fraction;
         int32_t window, flags, points;
         V want;
-        double tol;
+        double tol = 1e-14;
     };
     const Case cases[] = {
         // Whole input: x2, then 1/N: [2, 4, 6, 8] -> 5, -1 + j, -1.
-        {{1, 2, 3, 4}, false, 0, 0.0, DSP_WINDOW_UNIFORM, 0, 3, {5, 0, -1, 1, -1, 0}, 0},
+        {{1, 2, 3, 4}, false, 0, 0.0, U, 0, 3, {5, 0, -1, 1, -1, 0}, 0},
         // nfft 4, fraction 0.5: [1, 2] x2, padded to 4 after the data and
         // rescaled by 4/2: [4, 8, 0, 0] -> 3, 1 - 2j, -1.
-        {one_to_eight, false, 4, 0.5, DSP_WINDOW_UNIFORM, 0, 3, {3, 0, 1, -2, -1, 0}, 0},
+        {one_to_eight, false, 4, 0.5, U, 0, 3, {3, 0, 1, -2, -1, 0}, 0},
         // 8 x 0.7 = 5.6 takes 6 points, padded to 8 with the ratio 8/6.
-        {one_to_eight, false, 8, 0.7, DSP_WINDOW_UNIFORM, 0, 5,
-         half_spectrum({2 * r, 4 * r, 6 * r, 8 * r, 10 * r, 12 * r, 0, 0}), 1e-14},
+        {one_to_eight, false, 8, 0.7, U, 0, 5, half({2 * r, 4 * r, 6 * r, 8 * r, 10 * r, 12 * r, 0, 0})},
         // A product a rounding above a whole number takes that number: 8 x
         // (0.375 + 1 ulp) is 3 + 2^-51, three points padded with the ratio 8/3.
-        {one_to_eight, false, 8, std::nextafter(0.375, 1.0), DSP_WINDOW_UNIFORM, 0, 5,
-         half_spectrum({2 * t, 4 * t, 6 * t, 0, 0, 0, 0, 0}), 1e-14},
+        {one_to_eight, false, 8, std::nextafter(0.375, 1.0), U, 0, 5, half({2 * t, 4 * t, 6 * t, 0, 0, 0, 0, 0})},
         // Fractions outside (0, 1] mean the whole; nfft above the input pads;
         // nfft that is no power of two rounds up to one.
-        {one_to_eight, false, 16, 0.0, DSP_WINDOW_UNIFORM, 0, 9, half_spectrum(padded), 1e-14},
-        {one_to_eight, false, 16, -1.0, DSP_WINDOW_UNIFORM, 0, 9, half_spectrum(padded), 1e-14},
-        {one_to_eight, false, 16, 1.5, DSP_WINDOW_UNIFORM, 0, 9, half_spectrum(padded), 1e-14},
-        {one_to_eight, false, 5, 1.0, DSP_WINDOW_UNIFORM, 0, 5, half_spectrum({2, 4, 6, 8, 10, 12, 14, 16}), 1e-14},
+        {one_to_eight, false, 16, 0.0, U, 0, 9, half(padded)},
+        {one_to_eight, false, 16, -1.0, U, 0, 9, half(padded)},
+        {one_to_eight, false, 16, 1.5, U, 0, 9, half(padded)},
+        {one_to_eight, false, 5, 1.0, U, 0, 5, half({2, 4, 6, 8, 10, 12, 14, 16})},
         // Hann rotated to index 0 is 1 + cos(2 pi n / 8): bins 0 and +-1 only.
         // Two-sided (no x2), zero frequency moved to point 4.
-        {ones, false, 0, 1.0, DSP_WINDOW_HANN, DSP_FFT_TWO_SIDED, 8,
-         {0, 0, 0, 0, 0, 0, 0.5, 0, 1, 0, 0.5, 0, 0, 0, 0, 0}, 1e-14},
+        {ones, false, 0, 1.0, H, DSP_FFT_TWO_SIDED, 8, {0, 0, 0, 0, 0, 0, 0.5, 0, 1, 0, 0.5, 0, 0, 0, 0, 0}},
         // The window is as long as the selection, which stops at the input's
         // end: Hann of 4 points, [0, 1, 2, 1] rotated to [2, 1, 0, 1], x2,
         // split around the zeros with the ratio 8/4.
-        {{1, 1, 1, 1}, false, 8, 1.0, DSP_WINDOW_HANN, 0, 5, half_spectrum({8, 4, 0, 0, 0, 0, 0, 4}), 1e-14},
+        {{1, 1, 1, 1}, false, 8, 1.0, H, 0, 5, half({8, 4, 0, 0, 0, 0, 0, 4})},
         // Centred: the whole input, scaled by N2 instead of 2, one-sided.
-        {ones, false, 3, 0.25, DSP_WINDOW_HANN, DSP_FFT_CENTERED, 5, {8, 0, 4, 0, 0, 0, 0, 0, 0, 0}, 1e-14},
+        {ones, false, 3, 0.25, H, DSP_FFT_CENTERED, 5, {8, 0, 4, 0, 0, 0, 0, 0, 0, 0}},
         // Complex input is always two-sided: e^(j pi n / 2) is bin 1, read x2.
-        {{1, 0, 0, 1, -1, 0, 0, -1}, true, 0, 1.0, DSP_WINDOW_UNIFORM, 0, 4, {0, 0, 0, 0, 0, 0, 2, 0}, 1e-14},
+        {{1, 0, 0, 1, -1, 0, 0, -1}, true, 0, 1.0, U, 0, 4, {0, 0, 0, 0, 0, 0, 2, 0}},
         // Zero phase rotates even the uniform window: [3, 4, 1, 2] x2.
-        {{1, 2, 3, 4}, false, 64, 0.1, DSP_WINDOW_UNIFORM, DSP_FFT_ZERO_PHASE, 3, {5, 0, 1, -1, -1, 0}, 1e-14},
+        {{1, 2, 3, 4}, false, 64, 0.1, U, DSP_FFT_ZERO_PHASE, 3, {5, 0, 1, -1, -1, 0}},
         // No window, but a window type still rotates, and padding splits the
         // rotated data around the zeros with the ratio 8/4.
-        {{1, 2, 3, 4}, false, 8, 1.0, DSP_WINDOW_HAMMING, DSP_FFT_NO_WINDOW, 5,
-         half_spectrum({12, 16, 0, 0, 0, 0, 4, 8}), 1e-14},
+        {{1, 2, 3, 4}, false, 8, 1.0, DSP_WINDOW_HAMMING, DSP_FFT_NO_WINDOW, 5, half({12, 16, 0, 0, 0, 0, 4, 8})},
         // No window and the uniform type: no rotation, padding after the data.
-        {{1, 2, 3, 4}, false, 8, 1.0, DSP_WINDOW_UNIFORM, DSP_FFT_NO_WINDOW, 5,
-         half_spectrum({4, 8, 12, 16, 0, 0, 0, 0}), 1e-14},
+        {{1, 2, 3, 4}, false, 8, 1.0, U, DSP_FFT_NO_WINDOW, 5, half({4, 8, 12, 16, 0, 0, 0, 0})},
         // Raw: a plain complex FFT of the zero-padded input, nothing else; the
         // raw inverse pads to four points and sums without a factor.
-        {{1, 2, 3}, false, 1024, 0.5, DSP_WINDOW_HANN, DSP_FFT_RAW, 4, {1.5, 0, -0.5, -0.5, 0.5, 0, -0.5, 0.5}, 0},
-        {{1, 2, 3}, false, 0, 1.0, DSP_WINDOW_UNIFORM, DSP_FFT_RAW | DSP_FFT_INVERSE, 4,
-         {6, 0, -2, 2, 2, 0, -2, -2}, 0},
+        {{1, 2, 3}, false, 1024, 0.5, H, DSP_FFT_RAW, 4, {1.5, 0, -0.5, -0.5, 0.5, 0, -0.5, 0.5}, 0},
+        {{1, 2, 3}, false, 0, 1.0, U, DSP_FFT_RAW | DSP_FFT_INVERSE, 4, {6, 0, -2, 2, 2, 0, -2, -2}, 0},
         // Six points, padded to eight: rotated to [4, 5, 6, 1, 2, 3] and split
         // around the zeros. Centred: x8, padding unscaled. Zero phase, with or
         // without the window: x2, padding rescaled by 8/6.
-        {six, false, 0, 1.0, DSP_WINDOW_UNIFORM, DSP_FFT_CENTERED, 5,
-         half_spectrum({32, 40, 48, 0, 0, 8, 16, 24}), 1e-14},
-        {six, false, 0, 1.0, DSP_WINDOW_UNIFORM, DSP_FFT_ZERO_PHASE, 5,
-         half_spectrum({8 * r, 10 * r, 12 * r, 0, 0, 2 * r, 4 * r, 6 * r}), 1e-14},
-        {six, false, 0, 1.0, DSP_WINDOW_UNIFORM, DSP_FFT_ZERO_PHASE | DSP_FFT_NO_WINDOW, 5,
-         half_spectrum({8 * r, 10 * r, 12 * r, 0, 0, 2 * r, 4 * r, 6 * r}), 1e-14},
+        {six, false, 0, 1.0, U, DSP_FFT_CENTERED, 5, half({32, 40, 48, 0, 0, 8, 16, 24})},
+        {six, false, 0, 1.0, U, DSP_FFT_ZERO_PHASE, 5, half({8 * r, 10 * r, 12 * r, 0, 0, 2 * r, 4 * r, 6 * r})},
+        {six, false, 0, 1.0, U, DSP_FFT_ZERO_PHASE | DSP_FFT_NO_WINDOW, 5,
+         half({8 * r, 10 * r, 12 * r, 0, 0, 2 * r, 4 * r, 6 * r})},
         // A one-sided spectrum of four points means nfft 2 x 4 - 2 = 6, so
         // N2 = 8: padded to five points. X0 = 1, X1 = -j: 1 + 2 sin(pi n / 4), x0.5.
-        {{1, 0, 0, -1, 0, 0, 0, 0}, true, 0, 1.0, DSP_WINDOW_UNIFORM, DSP_FFT_INVERSE, 8, cosine, 1e-15},
+        {{1, 0, 0, -1, 0, 0, 0, 0}, true, 0, 1.0, U, DSP_FFT_INVERSE, 8, cosine, 1e-15},
         // Two-sided input is taken whole and fitted around zero frequency
         // without rescaling. Frequency -1 of four points (centred index 1)
         // padded to eight: e^(-j pi n / 4); of eight points (centred index 3)
         // cut to four: (-j)^n.
-        {{0, 0, 1, 0, 0, 0, 0, 0}, true, 8, 1.0, DSP_WINDOW_UNIFORM, inverse_two_sided, 8, turning, 1e-15},
-        {eight, true, 4, 1.0, DSP_WINDOW_UNIFORM, inverse_two_sided, 4, {1, 0, 0, -1, -1, 0, 0, 1}, 1e-15},
+        {{0, 0, 1, 0, 0, 0, 0, 0}, true, 8, 1.0, U, inverse_two_sided, 8, turning, 1e-15},
+        {eight, true, 4, 1.0, U, inverse_two_sided, 4, {1, 0, 0, -1, -1, 0, 0, 1}, 1e-15},
     };
     for (const Case &c : cases) {
         SCOPED_TRACE(testing::Message() << "case " << (&c - cases));
@@ -146,7 +138,7 @@ TEST(FftFront, UnitSineOnABinReadsItsAmplitudeThroughTheFlatTop)
 {
     const int n = 256;
     for (double amplitude : {1.0, 0.25}) {
-        std::vector<double> x(n);
+        V x(n);
         for (int i = 0; i < n; ++i) x[i] = amplitude * std::sin(2.0 * M_PI * 16 * i / n);
         Record in(x), out;
         ASSERT_EQ(dsph_fft(in.get(), out.get(), 0, 1.0, DSP_WINDOW_FLATTOP, 0), 0);
@@ -156,12 +148,6 @@ TEST(FftFront, UnitSineOnABinReadsItsAmplitudeThroughTheFlatTop)
         EXPECT_NEAR(std::hypot(out->data[32], out->data[33]), 0.9996403 * amplitude, 1e-12);
         EXPECT_LT(std::hypot(out->data[2 * 40], out->data[2 * 40 + 1]), 1e-12);
     }
-    // Uniform window, flags 0: the one-sided bin reads the amplitude exactly.
-    std::vector<double> x(64);
-    for (int i = 0; i < 64; ++i) x[i] = 3.0 * std::cos(2.0 * M_PI * 5 * i / 64);
-    Record in(x), out;
-    ASSERT_EQ(dsph_fft(in.get(), out.get(), 0, 1.0, DSP_WINDOW_UNIFORM, 0), 0);
-    EXPECT_NEAR(out->data[10], 3.0, 1e-14);
 }
 
 TEST(FftFront, InverseRecoversTheWindowedInput)

@@ -67,10 +67,9 @@ TEST(StatsPeak, ParabolicAndGaussianVerticesAreExactOnTheirShapes)
         parabola.push_back(5.0 - (i - 2.3) * (i - 2.3));
         gaussian.push_back(3.0 * std::exp(-0.7 * (i - 4.6) * (i - 4.6)));
     }
-    V p = peak(parabola, DSP_PEAK_PARABOLIC);
+    const V p = peak(parabola, DSP_PEAK_PARABOLIC), g = peak(gaussian, DSP_PEAK_GAUSSIAN);
     EXPECT_NEAR(p[0], 5.0, 1e-14);
     EXPECT_NEAR(p[1], 2.3, 1e-14);
-    V g = peak(gaussian, DSP_PEAK_GAUSSIAN);
     EXPECT_NEAR(g[0], 3.0, 1e-14);
     EXPECT_NEAR(g[1], 4.6, 1e-14);
     // A parabola through a Gaussian's samples misses; a log-parabola does not.
