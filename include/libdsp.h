@@ -709,7 +709,8 @@ DSP_API int32_t cf_dspi_fft(double *data, int32_t points, int32_t complex_flag, 
                                          transform length instead of 2 */
 #define DSP_FFT_NO_WINDOW         8   /* no window; the rotation is still done */
 #define DSP_FFT_ZERO_PHASE       16   /* whole input, window rotated to index 0 */
-#define DSP_FFT_INPUT_TWO_SIDED  32   /* inverse only: the input is two-sided */
+#define DSP_FFT_INPUT_TWO_SIDED  32   /* inverse only: the input is two-sided
+                                         (the x0.5 stays) */
 #define DSP_FFT_RAW             128   /* whole input, plain complex FFT: no window,
                                          scaling or centring */
 
@@ -722,15 +723,17 @@ DSP_API int32_t cf_dspi_fft(double *data, int32_t points, int32_t complex_flag, 
  *   plus 16 with DSP_FFT_CENTERED or DSP_FFT_ZERO_PHASE) and rotated so that
  *   its centre is index 0 (the uniform window only with those flags), scaled
  *   by 2 (one-sided) or N2 (DSP_FFT_CENTERED), zero-padded to N2 (split
- *   around the rotated data, else after it; padding rescales by N2/L except
- *   with DSP_FFT_CENTERED or DSP_FFT_RAW) and transformed: real input gives
+ *   around the rotated data, else after it; padding rescales by N2/ceil(L)
+ *   except with DSP_FFT_CENTERED or DSP_FFT_RAW) and transformed: real input gives
  *   the one-sided spectrum of N2/2 + 1 points (dspi_rfft), complex input or
  *   DSP_FFT_TWO_SIDED the two-sided one with zero frequency at point N2/2.
  *   delta becomes the bin spacing 1/(N2 delta).
  * Inverse (DSP_FFT_INVERSE): the same steps backwards from a one-sided
- *   spectrum (nfft < 1: 2 * in->points - 2) or a two-sided one; the result is
- *   cut to ceil(N2 * fraction) points and rotated back. The window is not
- *   divided out.
+ *   spectrum (nfft < 1: 2 * in->points - 2) or a two-sided one (taken whole
+ *   and cut or padded around zero frequency to N2, unscaled); the result is
+ *   cut to ceil(N2 * fraction) points, rotated back and scaled by 0.5 (by 1
+ *   with DSP_FFT_TWO_SIDED, by 1/points with DSP_FFT_CENTERED). The window is
+ *   not divided out.
  * Windows: the uniform window and the cosine sums 2..13 are accepted; the
  *   triangle (1) and the parametric windows 14..24 refuse an own length and
  *   give -1. Any failing step returns -1 at once, out as far as it got. */

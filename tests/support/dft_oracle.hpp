@@ -1,12 +1,11 @@
-// Reference transforms for the FFT tests: the defining sums evaluated
-// directly in long double, with every angle reduced exactly (n k mod N)
-// before its cosine and sine are taken.
+// Reference transforms for the FFT and spectrum tests: the defining sums
+// evaluated directly in long double, with every angle reduced exactly
+// (n k mod N) before its cosine and sine are taken.
 #pragma once
 
 #include <cmath>
 #include <complex>
 #include <cstddef>
-#include <random>
 #include <vector>
 
 namespace dsp_test {
@@ -40,14 +39,12 @@ inline std::vector<LComplex> naive_dft(const std::vector<LComplex> &x, int sign,
     return out;
 }
 
-// Uniform values in [-1, 1) from a fixed seed.
-inline std::vector<double> random_values(std::size_t count, unsigned seed)
+// v with its bits reversed over a field of `bits` bits.
+inline int bit_reversed(int v, int bits)
 {
-    std::mt19937_64 gen(seed);
-    std::uniform_real_distribution<double> dist(-1.0, 1.0);
-    std::vector<double> v(count);
-    for (double &d : v) d = dist(gen);
-    return v;
+    int r = 0;
+    for (int b = 0; b < bits; ++b) r |= ((v >> b) & 1) << (bits - 1 - b);
+    return r;
 }
 
 // Root-mean-square error of interleaved doubles against a reference,
