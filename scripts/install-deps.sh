@@ -20,7 +20,7 @@ ls /usr/lib/llvm-*/lib/clang/*/lib/linux/libclang_rt.asan-x86_64.a >/dev/null 2>
   [ "$(uname -m)" != x86_64 ] || need+=(libclang-rt-14-dev)
 
 if [ "${1:-}" = bench ]; then
-  for p in libbenchmark-dev libfftw3-dev libkissfft-dev libliquid-dev libsamplerate0-dev libsoxr-dev; do
+  for p in libbenchmark-dev libfftw3-dev libkissfft-dev; do
     have_pkg "$p" || need+=("$p")
   done
 fi
