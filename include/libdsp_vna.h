@@ -1,7 +1,9 @@
 /*
  * libdsp_vna — network-analyzer routines on plain caller-owned arrays:
- * display-trace scaling, search, formatting, smoothing and phase unwrap, and
- * control of the floating-point unit.
+ * display-trace scaling, search, formatting, smoothing and phase unwrap,
+ * control of the floating-point unit, and error correction (complex
+ * matrices, one-port error terms, one-port, enhanced-response and two-port
+ * correction).
  *
  * None of these functions uses the dsp record. Complex arrays are double *
  * holding interleaved (re, im) pairs, contiguous: point k at indices 2k and
