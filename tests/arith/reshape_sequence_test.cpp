@@ -59,12 +59,10 @@ TEST(ReshapeSequence, IntegAndDifferAgainstRunningSums)
 {
     // Small integers and delta 0.5 keep every sum exact.
     const int n = 50;
-    std::vector<double> x;
-    for (int i = 0; i < n; ++i) x.push_back(i % 7 - 3.0);
-    std::vector<double> complex_x;
+    std::vector<double> x, complex_x;
     for (int i = 0; i < n; ++i) {
-        complex_x.push_back(x[static_cast<std::size_t>(i)]);
-        complex_x.push_back(i * 2.0);
+        x.push_back(i % 7 - 3.0);
+        complex_x.insert(complex_x.end(), {x.back(), i * 2.0});
     }
 
     Record r(x, false, 0.5);
@@ -82,24 +80,10 @@ TEST(ReshapeSequence, IntegAndDifferAgainstRunningSums)
     for (int i = 0; i < n; ++i) EXPECT_EQ(c->data[2 * i + 1], 0.5 * i * (i + 1)) << i;
     ASSERT_EQ(dspi_differ(c.get()), 0);
     EXPECT_EQ(c.values(), complex_x);
-
-    // Each step adds x * delta to the previous sum: 0.2 + 0.5 is 0.7, while
-    // (1 + 1 + 5) * 0.1 would be 0.7000000000000001.
-    Record steps({1, 1, 5}, false, 0.1);
-    ASSERT_EQ(dspi_integ(steps.get()), 0);
-    EXPECT_EQ(steps.values(), (std::vector<double>{0.1, 0.2, 0.7}));
-
-    Record first({4, 7, 5}, false, 0.25);
-    ASSERT_EQ(dspi_differ(first.get()), 0);
-    EXPECT_EQ(first.values(), (std::vector<double>{16, 12, -8}));
-    Record zero_delta({1, 3}, false, 0.0);
-    ASSERT_EQ(dspi_differ(zero_delta.get()), 0);
-    EXPECT_EQ(zero_delta.values(), (std::vector<double>{1e100, 2e100}));
-    EXPECT_EQ(zero_delta->delta, 0.0);
 }
 
 // Hand-derived cases of the in-place operations without a running state.
-TEST(ReshapeSequence, DerivativeOffsetAndScaleByHand)
+TEST(ReshapeSequence, DifferencesOffsetAndScaleByHand)
 {
     struct Case {
         const char *what;
@@ -107,8 +91,14 @@ TEST(ReshapeSequence, DerivativeOffsetAndScaleByHand)
         std::vector<double> in;
         bool complex_flag;
         std::vector<double> out;
+        double delta = 1.0;
     };
     for (const Case &c : std::vector<Case>{
+             // Each step adds x * delta to the previous sum: 0.2 + 0.5 is 0.7,
+             // while (1 + 1 + 5) * 0.1 would be 0.7000000000000001.
+             {"integ in steps", dspi_integ, {1, 1, 5}, false, {0.1, 0.2, 0.7}, 0.1},
+             {"differ", dspi_differ, {4, 7, 5}, false, {16, 12, -8}, 0.25},
+             {"differ at delta 0", dspi_differ, {1, 3}, false, {1e100, 2e100}, 0.0},
              // 5 + 3x + 2x^2 + 7x^3 -> 3 + 4x + 21x^2
              {"pdiffer", dspi_pdiffer, {5, 3, 2, 7}, false, {3, 4, 21}},
              {"complex pdiffer", dspi_pdiffer, {1, 1, 2, -1, 3, 0.5}, true, {2, -1, 6, 1}},
@@ -118,9 +108,10 @@ TEST(ReshapeSequence, DerivativeOffsetAndScaleByHand)
              {"scale", [](dsp *s) { return dspi_scale(s, -2.5); }, {0.4, -1.3, 2, 8}, true, {-1, 3.25, -5, -20}},
              {"scale of nothing", [](dsp *s) { return dspi_scale(s, -2.5); }, {}, true, {}},
          }) {
-        Record r(c.in, c.complex_flag);
+        Record r(c.in, c.complex_flag, c.delta);
         ASSERT_EQ(c.op(r.get()), 0) << c.what;
         EXPECT_EQ(r.values(), c.out) << c.what;
+        EXPECT_EQ(r->delta, c.delta) << c.what;
     }
 }
 
