@@ -111,26 +111,28 @@ TEST(ComplexForm, PolarRoundTripAgainstLongDouble)
 TEST(ComplexForm, DecibelsWithFloorAndClamp)
 {
     const double floor10 = static_cast<double>(std::log10(2.2250738585072014e-308L)) * 10;
+    const auto expect_levels = [](const Record &r, const V &want) {
+        ASSERT_EQ(r.values().size(), want.size());
+        for (std::size_t i = 0; i < want.size(); ++i) EXPECT_DOUBLE_EQ(r->data[i], want[i]) << i;
+    };
+    // Zero, negatives, NaN and values below the smallest normal count as the
+    // smallest normal: 10 log10 of it is -3076.526555685888.
     Record r({100, 0, -1, 1e-310, kNaN, 2.2250738585072014e-308});
     ASSERT_EQ(dspi_db(r.get(), 10.0), 0);
-    EXPECT_EQ(r->data[0], 20.0);
-    for (int i = 1; i < 5; ++i) EXPECT_DOUBLE_EQ(r->data[i], -3076.526555685888);
-    EXPECT_DOUBLE_EQ(r->data[5], floor10);  // the smallest normal itself takes the logarithm
     EXPECT_EQ(r->complex, 0);
+    expect_levels(r, {20, floor10, floor10, floor10, floor10, floor10});
+    EXPECT_DOUBLE_EQ(floor10, -3076.526555685888);
 
+    // Complex: level from the squared magnitude, phase times factor * log10(e).
+    // A squared magnitude that underflows takes the floor; parts beyond 1e100
+    // or NaN are pinned to 1e100 (here (1e100, -1e100): 2e200 and -pi/4); a
+    // power of exactly the floor takes the logarithm.
     Record c({0, 1, 3, 4, 1e-200, 0, 1e200, kNaN, 0x1p-511, 0}, true);
     ASSERT_EQ(dspi_db(c.get(), 20.0), 0);
     EXPECT_EQ(c->complex, 1);
-    EXPECT_EQ(c->data[0], 0.0);
-    EXPECT_DOUBLE_EQ(c->data[1], 20 * (kPi / 2) * 0.4342944819032518);
-    EXPECT_DOUBLE_EQ(c->data[2], 20 * std::log10(5.0));
-    EXPECT_DOUBLE_EQ(c->data[3], 20 * std::log10(std::exp(std::atan2(4.0, 3.0))));
-    EXPECT_DOUBLE_EQ(c->data[4], 2 * floor10);  // the squared magnitude underflows
-    EXPECT_EQ(c->data[5], 0.0);
-    // Parts pinned to (1e100, -1e100): level of 2e200, phase -pi/4.
-    EXPECT_DOUBLE_EQ(c->data[6], 10 * std::log10(2e200));
-    EXPECT_DOUBLE_EQ(c->data[7], 20 * (-kPi / 4) * 0.4342944819032518);
-    EXPECT_DOUBLE_EQ(c->data[8], floor10);  // a power of exactly the floor takes the logarithm
+    expect_levels(c, {0, 20 * (kPi / 2) * 0.4342944819032518, 20 * std::log10(5.0),
+                      20 * std::log10(std::exp(std::atan2(4.0, 3.0))), 2 * floor10, 0, 10 * std::log10(2e200),
+                      20 * (-kPi / 4) * 0.4342944819032518, floor10, 0});
 }
 
 TEST(ComplexForm, PolynomialFromRandomRootsVanishesAtThem)
