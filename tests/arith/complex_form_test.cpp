@@ -121,7 +121,6 @@ TEST(ComplexForm, DecibelsWithFloorAndClamp)
     ASSERT_EQ(dspi_db(r.get(), 10.0), 0);
     EXPECT_EQ(r->complex, 0);
     expect_levels(r, {20, floor10, floor10, floor10, floor10, floor10});
-    EXPECT_DOUBLE_EQ(floor10, -3076.526555685888);
 
     // Complex: level from the squared magnitude, phase times factor * log10(e).
     // A squared magnitude that underflows takes the floor; parts beyond 1e100
