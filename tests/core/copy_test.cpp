@@ -156,20 +156,8 @@ TEST(Compare, DifferentLengthsAreNotCompared)
     EXPECT_EQ(verdict, 42);
 }
 
-TEST(BinaryShape, LengthsDeltaAndComplexFlag)
-{
-    Record a({1, 2}, false, 1.0), b({3, 4, 5}), r({7});
-    EXPECT_EQ(dsp_binary_shape(a.get(), b.get(), r.get()), -1);
-    EXPECT_EQ(r.values(), V{7});
-
-    Record c({1, 1, 2, 2}, true, 3.0);
-    ASSERT_EQ(dsp_binary_shape(a.get(), c.get(), r.get()), 0);
-    EXPECT_EQ(r->delta, 2.0);
-    EXPECT_EQ(r->complex, 1);
-    EXPECT_EQ(r->points, 2);
-    EXPECT_GE(r->allocated, 4);
-}
-
+// Lengths, delta and complex flag of the shape rule are checked through every
+// two-operand member in the binary arithmetic tests.
 TEST(BinaryShape, ResultSharingAnInputKeepsItsValues)
 {
     Record a({1, 2, 3}), c({0, 1, 0, 1, 0, 1}, true);
