@@ -8,7 +8,6 @@
 #include <cmath>
 #include <complex>
 #include <limits>
-#include <random>
 #include <vector>
 
 using dsp_test::Record;

@@ -10,7 +10,6 @@
 #include <complex>
 #include <functional>
 #include <limits>
-#include <random>
 #include <tuple>
 #include <vector>
 
