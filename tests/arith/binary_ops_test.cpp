@@ -10,7 +10,7 @@
 #include <complex>
 #include <functional>
 #include <limits>
-#include <random>
+#include <tuple>
 #include <vector>
 
 using dsp_test::Record;
@@ -61,24 +61,9 @@ const std::vector<Member> &element_members()
     return members;
 }
 
-struct Outcome {
-    int32_t status;
-    V values;
-    int32_t points;
-    int32_t complex_flag;
-    double delta;
-};
-
+// Status, values, points, complex flag and delta of a call's result.
+using Outcome = std::tuple<int32_t, V, int32_t, int32_t, double>;
 Outcome outcome(int32_t status, const Record &r) { return {status, r.values(), r->points, r->complex, r->delta}; }
-
-void expect_same(const Outcome &got, const Outcome &want, const std::string &what)
-{
-    EXPECT_EQ(got.status, want.status) << what;
-    EXPECT_EQ(got.points, want.points) << what;
-    EXPECT_EQ(got.complex_flag, want.complex_flag) << what;
-    EXPECT_EQ(got.delta, want.delta) << what;
-    EXPECT_EQ(got.values, want.values) << what;
-}
 
 }  // namespace
 
@@ -98,19 +83,16 @@ TEST(BinaryArith, AddSubMulAgreeWithComplexArithmeticForEveryMix)
             prod.push_back(x * y);
             conj_prod.push_back(x * std::conj(y));
         }
-        Record r;
-        ASSERT_EQ(dspb_add(a.get(), b.get(), r.get()), 0);
-        EXPECT_EQ(r->delta, 2.0) << what;
-        EXPECT_EQ(r->points, static_cast<int32_t>(n));
-        EXPECT_EQ(r->complex, kinds != 0 ? 1 : 0) << what;
-        EXPECT_EQ(r.values(), flatten(sum, kinds != 0)) << what;
-        ASSERT_EQ(dspb_sub(a.get(), b.get(), r.get()), 0);
-        EXPECT_EQ(r.values(), flatten(diff, kinds != 0)) << what;
-        ASSERT_EQ(dspb_mul(a.get(), b.get(), r.get()), 0);
-        EXPECT_EQ(r.values(), flatten(prod, kinds != 0)) << what;
         // A real second operand has nothing to conjugate: the plain product.
-        ASSERT_EQ(dspb_conj_mul(a.get(), b.get(), r.get()), 0);
-        EXPECT_EQ(r.values(), flatten(conj_prod, kinds != 0)) << what;
+        const std::pair<Binary, const std::vector<C> *> ops[] = {
+            {dspb_add, &sum}, {dspb_sub, &diff}, {dspb_mul, &prod}, {dspb_conj_mul, &conj_prod}};
+        for (const auto &op : ops) {
+            Record r;
+            ASSERT_EQ(op.first(a.get(), b.get(), r.get()), 0);
+            EXPECT_EQ(r->delta, 2.0) << what;
+            EXPECT_EQ(r->complex, kinds != 0 ? 1 : 0) << what;
+            EXPECT_EQ(r.values(), flatten(*op.second, kinds != 0)) << what;
+        }
     }
 }
 
@@ -147,35 +129,26 @@ TEST(BinaryArith, AddAndSubZeroPadTheShorterOperand)
 TEST(BinaryArith, DivisionByZeroGivesZeroOrHugeNeverInfinity)
 {
     const double nan = std::numeric_limits<double>::quiet_NaN();
-    Record a({1, -1, 0, 6, nan}), b({0, 0, 0, -4, 0}), r;
-    ASSERT_EQ(dspb_div(a.get(), b.get(), r.get()), 0);
-    EXPECT_EQ(r.values(), (V{1e100, 1e100, 0, -1.5, 1e100}));
-
-    // complex / real
-    Record ca({3, 4, 0, 0, -0.0, 0, 6, -8}, true), rb({0, 0, 0, 2});
-    ASSERT_EQ(dspb_div(ca.get(), rb.get(), r.get()), 0);
-    EXPECT_EQ(r.values(), (V{1e100, 1e100, 0, 0, 0, 0, 3, -4}));
-
-    // complex / complex: zero divisor, and a divisor whose squared magnitude underflows
-    Record cb({0, 0, 0, 0, 1e-200, 0, 3, 4}, true);
-    Record cx({-3, 4, 0, 0, 1, 1, 1, 7}, true);
-    ASSERT_EQ(dspb_div(cx.get(), cb.get(), r.get()), 0);
-    const V q = r.values();
-    EXPECT_EQ(V(q.begin(), q.begin() + 6), (V{1e100, 1e100, 0, 0, 1e100, 1e100}));
-    const C want = C(1, 7) / C(3, 4);
-    EXPECT_NEAR(q[6], want.real(), 1e-15);
-    EXPECT_NEAR(q[7], want.imag(), 1e-15);
-
-    // real / complex
-    Record ra({2, 0, 5, -1, 0}), cz({0, 0, 0, 0, 0, 2, nan, 0, 1e-200, 0}, true);
-    ASSERT_EQ(dspb_div(ra.get(), cz.get(), r.get()), 0);
-    const V w = r.values();
-    EXPECT_EQ(V(w.begin(), w.begin() + 6), (V{1e100, 1e100, 0, 0, 0, -2.5}));
-    EXPECT_EQ(w[6], 1e100);  // NaN divisor: its squared magnitude is not > 0
-    EXPECT_EQ(w[7], 1e100);
-    // A zero dividend over a non-zero divisor whose squared magnitude underflows.
-    EXPECT_EQ(w[8], 1e100);
-    EXPECT_EQ(w[9], 1e100);
+    struct Case {
+        V dividend;
+        bool dividend_complex;
+        V divisor;
+        bool divisor_complex;
+        V expected;
+    };
+    // Zero, NaN and underflowing divisors never give an infinity: 0 for 0/0,
+    // 1e100 in every part otherwise (even 0 over an underflowing complex divisor).
+    for (const Case &c : std::vector<Case>{
+             {{1, -1, 0, 6, nan}, false, {0, 0, 0, -4, 0}, false, {1e100, 1e100, 0, -1.5, 1e100}},
+             {{3, 4, 0, 0, -0.0, 0, 6, -8}, true, {0, 0, 0, 2}, false, {1e100, 1e100, 0, 0, 0, 0, 3, -4}},
+             {{-3, 4, 0, 0, 1, 1}, true, {0, 0, 0, 0, 1e-200, 0}, true, {1e100, 1e100, 0, 0, 1e100, 1e100}},
+             {{2, 0, 5, -1, 0}, false, {0, 0, 0, 0, 0, 2, nan, 0, 1e-200, 0}, true,
+              {1e100, 1e100, 0, 0, 0, -2.5, 1e100, 1e100, 1e100, 1e100}},
+         }) {
+        Record x(c.dividend, c.dividend_complex), y(c.divisor, c.divisor_complex), r;
+        ASSERT_EQ(dspb_div(x.get(), y.get(), r.get()), 0);
+        EXPECT_EQ(r.values(), c.expected);
+    }
 
     // Non-zero quotients against long double complex division.
     const std::size_t n = 50;
@@ -197,23 +170,27 @@ TEST(BinaryArith, DivisionByZeroGivesZeroOrHugeNeverInfinity)
 
 TEST(BinaryArith, AverageAddMovesTheRunningAverageByTheWeight)
 {
-    Record fresh({4, 8, -2}), avg({0, 8, 2}), r;
-    ASSERT_EQ(dspb_avg_add(fresh.get(), avg.get(), r.get(), 0.25), 0);
-    EXPECT_EQ(r.values(), (V{1, 8, 1}));
-
-    // Mixed kinds: a real operand counts as imaginary part 0.
-    Record cf({4, 8, 2, -2}, true), ra({0, 6});
-    ASSERT_EQ(dspb_avg_add(cf.get(), ra.get(), r.get(), 0.25), 0);
-    EXPECT_EQ(r.values(), (V{1, 2, 5, -0.5}));
-    Record rf({4, 2}), ca({0, 8, 6, -4}, true);
-    ASSERT_EQ(dspb_avg_add(rf.get(), ca.get(), r.get(), 0.25), 0);
-    EXPECT_EQ(r.values(), (V{1, 6, 5, -3}));
-    Record c1({4, 8, 2, -2}, true), c2({0, 8, 6, -4}, true);
-    ASSERT_EQ(dspb_avg_add(c1.get(), c2.get(), r.get(), 0.5), 0);
-    EXPECT_EQ(r.values(), (V{2, 8, 4, -3}));
-    // The weight is not range-checked: 2 extrapolates.
-    ASSERT_EQ(dspb_avg_add(fresh.get(), avg.get(), r.get(), 2.0), 0);
-    EXPECT_EQ(r.values(), (V{8, 8, -6}));
+    struct Case {
+        V fresh;
+        bool fresh_complex;
+        V average;
+        bool average_complex;
+        double weight;
+        V expected;
+    };
+    // A real operand counts as imaginary part 0; the weight is not
+    // range-checked: 2 extrapolates.
+    for (const Case &c : std::vector<Case>{
+             {{4, 8, -2}, false, {0, 8, 2}, false, 0.25, {1, 8, 1}},
+             {{4, 8, 2, -2}, true, {0, 6}, false, 0.25, {1, 2, 5, -0.5}},
+             {{4, 2}, false, {0, 8, 6, -4}, true, 0.25, {1, 6, 5, -3}},
+             {{4, 8, 2, -2}, true, {0, 8, 6, -4}, true, 0.5, {2, 8, 4, -3}},
+             {{4, 8, -2}, false, {0, 8, 2}, false, 2.0, {8, 8, -6}},
+         }) {
+        Record fresh(c.fresh, c.fresh_complex), avg(c.average, c.average_complex), r;
+        ASSERT_EQ(dspb_avg_add(fresh.get(), avg.get(), r.get(), c.weight), 0);
+        EXPECT_EQ(r.values(), c.expected);
+    }
 }
 
 // Every member with its result being the first or the second operand gives
@@ -230,40 +207,29 @@ TEST(BinaryArith, InPlaceResultMatchesSeparateResultForEveryMember)
             Record a(av, ca, 0.5), b(bv, cb, 1.5), separate;
             const Outcome want = outcome(m.op(a.get(), b.get(), separate.get()), separate);
             if (std::string(m.name) == "ritoc" && kinds != 0) {
-                EXPECT_EQ(want.status, -1) << what;
+                EXPECT_EQ(std::get<0>(want), -1) << what;
                 continue;
             }
-            ASSERT_EQ(want.status, 0) << what;
+            ASSERT_EQ(std::get<0>(want), 0) << what;
             // dspbs_dot keeps the result's own delta; all others set the mean.
             const bool keeps_delta = std::string(m.name) == "dot";
-            {
+            for (bool into_second : {false, true}) {
                 Record first(av, ca, 0.5), second(bv, cb, 1.5);
-                Outcome got = outcome(m.op(first.get(), second.get(), first.get()), first);
+                Record &result = into_second ? second : first;
+                Outcome got = outcome(m.op(first.get(), second.get(), result.get()), result);
                 if (keeps_delta) {
-                    EXPECT_EQ(got.delta, 0.5) << what;
-                    got.delta = want.delta;
+                    EXPECT_EQ(std::get<4>(got), into_second ? 1.5 : 0.5) << what;
+                    std::get<4>(got) = std::get<4>(want);
                 }
-                expect_same(got, want, what + " into first");
-                EXPECT_EQ(second.values(), bv) << what;
+                EXPECT_EQ(got, want) << what << (into_second ? " into second" : " into first");
+                EXPECT_EQ((into_second ? first : second).values(), into_second ? av : bv) << what;
             }
-            {
-                Record first(av, ca, 0.5), second(bv, cb, 1.5);
-                Outcome got = outcome(m.op(first.get(), second.get(), second.get()), second);
-                if (keeps_delta) {
-                    EXPECT_EQ(got.delta, 1.5) << what;
-                    got.delta = want.delta;
-                }
-                expect_same(got, want, what + " into second");
-                EXPECT_EQ(first.values(), av) << what;
-            }
-            {
-                Record both(av, ca, 0.5);  // one record as both operands and the result
-                Record alone(av, ca, 0.5), sep;
-                const Outcome self = outcome(m.op(alone.get(), alone.get(), sep.get()), sep);
-                Outcome got = outcome(m.op(both.get(), both.get(), both.get()), both);
-                if (keeps_delta) got.delta = self.delta;
-                expect_same(got, self, what + " all one record");
-            }
+            Record both(av, ca, 0.5);  // one record as both operands and the result
+            Record alone(av, ca, 0.5), sep;
+            const Outcome self = outcome(m.op(alone.get(), alone.get(), sep.get()), sep);
+            Outcome got = outcome(m.op(both.get(), both.get(), both.get()), both);
+            if (keeps_delta) std::get<4>(got) = std::get<4>(self);
+            EXPECT_EQ(got, self) << what << " all one record";
         }
     }
 }
@@ -271,40 +237,29 @@ TEST(BinaryArith, InPlaceResultMatchesSeparateResultForEveryMember)
 TEST(BinaryArith, FailingGrowthReturnsMinusOneAndKeepsTheOperands)
 {
     dsp_test::ScopedAllocHooks hooks;
-    const V av = {1, 2, 3}, bv = {1, 0, 2, 0, 3, 0, 4, 0, 5, 0};
-    for (const Member &m : element_members()) {
-        const std::string name = m.name;
-        const bool padded = name == "add" || name == "sub";
-        if (!padded && name != "pmul") continue;
-        const int failures = dsp_test::for_each_failing_growth(hooks, [&](int k) {
+    // How many growths can fail before the call succeeds; the operands are
+    // checked unchanged after every attempt.
+    const auto failures = [&hooks](const Member &m, const V &av, const V &bv, bool cb) {
+        return dsp_test::for_each_failing_growth(hooks, [&](int k) {
             hooks.never_fail();
-            Record a(av), b(bv, true), r;
+            Record a(av), b(bv, cb), r;
             hooks.fail_from(k);
             const int32_t status = m.op(a.get(), b.get(), r.get());
             hooks.never_fail();
-            EXPECT_EQ(a.values(), av) << name;
-            EXPECT_EQ(b.values(), bv) << name;
-            if (status == 0) return true;
-            EXPECT_EQ(status, -1) << name;
-            return false;
+            EXPECT_EQ(a.values(), av) << m.name;
+            EXPECT_EQ(b.values(), bv) << m.name;
+            EXPECT_TRUE(status == 0 || status == -1) << m.name;
+            return status == 0;
         });
-        // Padding: the copy, its growth and the result; product: the result.
-        EXPECT_EQ(failures, padded ? 3 : 1) << name;
-    }
+    };
     for (const Member &m : element_members()) {
         const std::string name = m.name;
         if (name == "ritoc") continue;
-        const int failures = dsp_test::for_each_failing_growth(hooks, [&](int k) {
-            hooks.never_fail();
-            Record a({1, 2, 3, 4, 5}), b({6, 7, 8, 9, 10}), r;
-            hooks.fail_from(k);
-            const int32_t status = m.op(a.get(), b.get(), r.get());
-            hooks.never_fail();
-            EXPECT_EQ(a.values(), (V{1, 2, 3, 4, 5})) << name;
-            EXPECT_EQ(b.values(), (V{6, 7, 8, 9, 10})) << name;
-            return status == 0;
-        });
-        EXPECT_EQ(failures, 1) << name;
+        EXPECT_EQ(failures(m, {1, 2, 3, 4, 5}, {6, 7, 8, 9, 10}, false), 1) << name;
+        // Padding: the copy, its growth and the result; product: the result.
+        if (name == "add" || name == "sub" || name == "pmul") {
+            EXPECT_EQ(failures(m, {1, 2, 3}, {1, 0, 2, 0, 3, 0, 4, 0, 5, 0}, true), name == "pmul" ? 1 : 3) << name;
+        }
     }
 }
 

@@ -64,12 +64,6 @@ TEST(ReshapeOrder, ReverseAndShift)
 
 TEST(ReshapeOrder, SwapHalvesRotatesAndInverts)
 {
-    Record five({'a', 'b', 'c', 'd', 'e'});
-    ASSERT_EQ(dspi_swap_halves(five.get()), 0);
-    EXPECT_EQ(five.values(), (std::vector<double>{'d', 'e', 'a', 'b', 'c'}));
-    ASSERT_EQ(dspi_swap_halves2(five.get()), 0);
-    EXPECT_EQ(five.values(), (std::vector<double>{'a', 'b', 'c', 'd', 'e'}));
-
     for (int n = 0; n <= 9; ++n) {
         SCOPED_TRACE(n);
         const std::vector<Pair> original = numbered_pairs(n);
@@ -82,9 +76,6 @@ TEST(ReshapeOrder, SwapHalvesRotatesAndInverts)
         Record r(interleave(original), true);
         ASSERT_EQ(dspi_swap_halves(r.get()), 0);
         EXPECT_EQ(pairs_of(r.values()), centred);
-        if (n > 0) {
-            EXPECT_EQ(r->data[2 * (n / 2)], 0.0);
-        }
         ASSERT_EQ(dspi_swap_halves2(r.get()), 0);
         EXPECT_EQ(pairs_of(r.values()), original);
 
@@ -130,12 +121,6 @@ TEST(ReshapeOrder, ShuffleIsSeededFisherYates)
 
 TEST(ReshapeOrder, SortRealWithNaNFirst)
 {
-    Record hand({3, -1, kNaN, 2, -1, 0});
-    ASSERT_EQ(dspi_sort(hand.get()), 0);
-    const std::vector<double> v = hand.values();
-    EXPECT_TRUE(std::isnan(v[0]));
-    EXPECT_EQ(std::vector<double>(v.begin() + 1, v.end()), (std::vector<double>{-1, -1, 0, 2, 3}));
-
     std::srand(7);
     for (int n : {0, 1, 2, 17, 300}) {
         std::vector<double> values;
@@ -147,14 +132,7 @@ TEST(ReshapeOrder, SortRealWithNaNFirst)
         ASSERT_EQ(dspi_sort(r.get()), 0);
         auto numbers = std::stable_partition(values.begin(), values.end(), [](double x) { return std::isnan(x); });
         std::sort(numbers, values.end());
-        const std::vector<double> got = r.values();
-        ASSERT_EQ(got.size(), values.size());
-        for (std::size_t i = 0; i < got.size(); ++i) {
-            if (std::isnan(values[i]))
-                EXPECT_TRUE(std::isnan(got[i])) << i;
-            else
-                EXPECT_EQ(got[i], values[i]) << i;
-        }
+        EXPECT_PRED2(dsp_test::same_values, r.values(), values);
     }
 }
 
@@ -171,22 +149,12 @@ auto complex_key(const Pair &p)
 
 TEST(ReshapeOrder, SortComplexByCappedMagnitude)
 {
-    // Equal magnitudes fall back to the real part, then the imaginary part.
-    Record hand({5, 0, 0, -5, 3, 4, -5, 0, 0, 5, 1, 0}, true);
-    ASSERT_EQ(dspi_sort(hand.get()), 0);
-    EXPECT_EQ(hand.values(), (std::vector<double>{1, 0, -5, 0, 0, -5, 0, 5, 3, 4, 5, 0}));
-
-    // Huge and NaN parts count as 1e100: all of these tie at 1e200 or so and
-    // are ordered by their parts.
+    // Huge and NaN parts count as 1e100: all but the first tie at 1e200 and
+    // are ordered by their parts, a NaN part lowest. (Ties of ordinary points
+    // are in the random cases below.)
     Record huge({1e99, 1e99, 2e200, 0, -1e300, 0, kNaN, 1, 0, kNaN, kNaN, 0}, true);
     ASSERT_EQ(dspi_sort(huge.get()), 0);
-    const std::vector<double> h = huge.values();
-    EXPECT_EQ(h[0], 1e99);  // 2e198 is below 1e200
-    EXPECT_TRUE(std::isnan(h[2]) && h[3] == 0.0);
-    EXPECT_TRUE(std::isnan(h[4]) && h[5] == 1.0);
-    EXPECT_EQ(h[6], -1e300);
-    EXPECT_TRUE(h[8] == 0.0 && std::isnan(h[9]));
-    EXPECT_EQ(h[10], 2e200);
+    EXPECT_PRED2(dsp_test::same_values, huge.values(), (std::vector<double>{1e99, 1e99, kNaN, 0, kNaN, 1, -1e300, 0, 0, kNaN, 2e200, 0}));
 
     std::srand(11);
     std::vector<Pair> points;

@@ -18,12 +18,8 @@ const int kPlacements[] = {DSP_PAD_FRONT, DSP_PAD_CENTER, DSP_PAD_END, DSP_PAD_S
 Points sample_points(int count, bool complex_flag)
 {
     Points p;
-    for (int i = 0; i < count; ++i) {
-        if (complex_flag)
-            p.push_back({i + 1.0, -0.5 * (i + 1)});
-        else
-            p.push_back({i + 1.0});
-    }
+    for (int i = 0; i < count; ++i)
+        p.push_back(complex_flag ? std::vector<double>{i + 1.0, -0.5 * (i + 1)} : std::vector<double>{i + 1.0});
     return p;
 }
 
@@ -34,16 +30,11 @@ std::vector<double> flatten(const Points &p)
     return v;
 }
 
-double factor_of(int scaling, int to, int from)
-{
-    const double ratio = static_cast<double>(to) / from;
-    return scaling == DSP_PAD_SCALE_SQRT ? std::sqrt(ratio) : ratio;
-}
-
 Points scaled(Points p, int scaling, int to, int from)
 {
     if (scaling == DSP_PAD_SCALE_NONE || from == 0 || to == 0) return p;
-    const double f = factor_of(scaling, to, from);
+    const double ratio = static_cast<double>(to) / from;
+    const double f = scaling == DSP_PAD_SCALE_SQRT ? std::sqrt(ratio) : ratio;
     for (auto &point : p)
         for (double &v : point) v *= f;
     return p;
@@ -102,38 +93,26 @@ Points unpadded_reference(const Points &data, int shorter, int scaling, int plac
     return scaled(out, scaling, shorter, longer);
 }
 
-TEST(ReshapePad, ZpadExtendsWithZerosAndNeverTruncates)
+TEST(ReshapePad, ZpadExtendsWithZerosAndZeroClears)
 {
-    Record r({1, 2, 3}, false, 0.25);
+    Record r({1, 2, 3}, false, 0.25), c({1, -1, 2, -2}, true), empty;
     ASSERT_EQ(dspi_zpad(r.get(), 5), 0);
+    ASSERT_EQ(dspi_zpad(r.get(), 2), 0);  // never truncates
+    ASSERT_EQ(dspi_zpad(c.get(), 3), 0);
+    ASSERT_EQ(dspi_zpad(empty.get(), 2), 0);
     EXPECT_EQ(r.values(), (std::vector<double>{1, 2, 3, 0, 0}));
     EXPECT_EQ(r->delta, 0.25);
-    ASSERT_EQ(dspi_zpad(r.get(), 2), 0);
-    EXPECT_EQ(r->points, 5);
-
-    Record c({1, -1, 2, -2}, true);
-    ASSERT_EQ(dspi_zpad(c.get(), 3), 0);
     EXPECT_EQ(c.values(), (std::vector<double>{1, -1, 2, -2, 0, 0}));
-
-    Record empty;
-    ASSERT_EQ(dspi_zpad(empty.get(), 2), 0);
     EXPECT_EQ(empty.values(), (std::vector<double>{0, 0}));
-}
 
-TEST(ReshapePad, ZeroClearsInPlaceAndCopiesAttachedStorage)
-{
-    Record r({1, 2, 3, 4}, true);
-    const double *storage = r->data;
-    ASSERT_EQ(dspi_zero(r.get()), 0);
-    EXPECT_EQ(r.values(), std::vector<double>(4, 0.0));
-    EXPECT_EQ(r->data, storage);
+    const double *storage = c->data;
+    ASSERT_EQ(dspi_zero(c.get()), 0);
+    EXPECT_EQ(c.values(), std::vector<double>(6, 0.0));
+    EXPECT_EQ(c->data, storage);
 
     // Caller-attached storage is never written: the record moves to its own.
     std::vector<double> mine = {5, 6, 7};
-    dsp attached;
-    dsp_init(&attached);
-    attached.data = mine.data();
-    attached.points = 3;
+    dsp attached = dsp_test::attached_record(mine.data(), 3);
     ASSERT_EQ(dspi_zero(&attached), 0);
     EXPECT_NE(attached.data, mine.data());
     EXPECT_EQ(std::vector<double>(attached.data, attached.data + 3), std::vector<double>(3, 0.0));
@@ -190,11 +169,10 @@ TEST(ReshapePad, InvalidFlags)
         EXPECT_EQ(r.values(), (std::vector<double>{1, 2, 3, 4, 5}));
         EXPECT_EQ(r->delta, 0.5);
     }
-    Record shorter({1, 2});
-    EXPECT_EQ(dspi_unzpad(shorter.get(), 5, 3), 0);
-    EXPECT_EQ(shorter->points, 2);
-    Record to_nothing({1, 2});
+    Record shorter({1, 2}), to_nothing({1, 2});
+    EXPECT_EQ(dspi_unzpad(shorter.get(), 5, 3), 0);  // nothing to cut: flags not looked at
     EXPECT_EQ(dspi_unzpad(to_nothing.get(), -3, DSP_PAD_SCALE_RATIO), 0);
+    EXPECT_EQ(shorter->points, 2);
     EXPECT_EQ(to_nothing->points, 0);
 }
 
@@ -224,10 +202,7 @@ TEST(ReshapePad, GrowthFailureLeavesEmptyStorage)
 
     // dspi_zero grows only a record on caller-attached storage.
     std::vector<double> mine = {5, 6, 7};
-    dsp attached;
-    dsp_init(&attached);
-    attached.data = mine.data();
-    attached.points = 3;
+    dsp attached = dsp_test::attached_record(mine.data(), 3);
     hooks.fail_from(0);
     EXPECT_EQ(dspi_zero(&attached), -1);
     hooks.never_fail();

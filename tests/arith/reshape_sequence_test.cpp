@@ -59,12 +59,10 @@ TEST(ReshapeSequence, IntegAndDifferAgainstRunningSums)
 {
     // Small integers and delta 0.5 keep every sum exact.
     const int n = 50;
-    std::vector<double> x;
-    for (int i = 0; i < n; ++i) x.push_back(i % 7 - 3.0);
-    std::vector<double> complex_x;
+    std::vector<double> x, complex_x;
     for (int i = 0; i < n; ++i) {
-        complex_x.push_back(x[static_cast<std::size_t>(i)]);
-        complex_x.push_back(i * 2.0);
+        x.push_back(i % 7 - 3.0);
+        complex_x.insert(complex_x.end(), {x.back(), i * 2.0});
     }
 
     Record r(x, false, 0.5);
@@ -82,92 +80,69 @@ TEST(ReshapeSequence, IntegAndDifferAgainstRunningSums)
     for (int i = 0; i < n; ++i) EXPECT_EQ(c->data[2 * i + 1], 0.5 * i * (i + 1)) << i;
     ASSERT_EQ(dspi_differ(c.get()), 0);
     EXPECT_EQ(c.values(), complex_x);
-
-    // Each step adds x * delta to the previous sum: 0.2 + 0.5 is 0.7, while
-    // (1 + 1 + 5) * 0.1 would be 0.7000000000000001.
-    Record steps({1, 1, 5}, false, 0.1);
-    ASSERT_EQ(dspi_integ(steps.get()), 0);
-    EXPECT_EQ(steps.values(), (std::vector<double>{0.1, 0.2, 0.7}));
-
-    Record first({4, 7, 5}, false, 0.25);
-    ASSERT_EQ(dspi_differ(first.get()), 0);
-    EXPECT_EQ(first.values(), (std::vector<double>{16, 12, -8}));
-    Record zero_delta({1, 3}, false, 0.0);
-    ASSERT_EQ(dspi_differ(zero_delta.get()), 0);
-    EXPECT_EQ(zero_delta.values(), (std::vector<double>{1e100, 2e100}));
-    EXPECT_EQ(zero_delta->delta, 0.0);
 }
 
-TEST(ReshapeSequence, PolynomialDerivative)
+// Hand-derived cases of the in-place operations without a running state.
+TEST(ReshapeSequence, DifferencesOffsetAndScaleByHand)
 {
-    // 5 + 3x + 2x^2 + 7x^3 -> 3 + 4x + 21x^2
-    Record p({5, 3, 2, 7});
-    ASSERT_EQ(dspi_pdiffer(p.get()), 0);
-    EXPECT_EQ(p.values(), (std::vector<double>{3, 4, 21}));
-
-    Record c({1, 1, 2, -1, 3, 0.5}, true);
-    ASSERT_EQ(dspi_pdiffer(c.get()), 0);
-    EXPECT_EQ(c.values(), (std::vector<double>{2, -1, 6, 1}));
-
-    Record constant({9});
-    ASSERT_EQ(dspi_pdiffer(constant.get()), 0);
-    EXPECT_EQ(constant->points, 0);
-}
-
-TEST(ReshapeSequence, OffsetAndScale)
-{
-    Record r({1, -2, 3});
-    ASSERT_EQ(dspi_offset(r.get(), 0.5), 0);
-    EXPECT_EQ(r.values(), (std::vector<double>{1.5, -1.5, 3.5}));
-    Record c({1, -2, 3, 4}, true);
-    ASSERT_EQ(dspi_offset(c.get(), -1), 0);
-    EXPECT_EQ(c.values(), (std::vector<double>{0, -2, 2, 4}));
-
-    for (int n : {0, 17}) {
-        std::vector<double> v;
-        for (int i = 0; i < 2 * n; ++i) v.push_back(i * 0.1 - 1.3);
-        Record s(v, true);
-        ASSERT_EQ(dspi_scale(s.get(), -2.5), 0);
-        for (double &x : v) x *= -2.5;
-        EXPECT_EQ(s.values(), v) << n;
+    struct Case {
+        const char *what;
+        int32_t (*op)(dsp *);
+        std::vector<double> in;
+        bool complex_flag;
+        std::vector<double> out;
+        double delta = 1.0;
+    };
+    for (const Case &c : std::vector<Case>{
+             // Each step adds x * delta to the previous sum: 0.2 + 0.5 is 0.7,
+             // while (1 + 1 + 5) * 0.1 would be 0.7000000000000001.
+             {"integ in steps", dspi_integ, {1, 1, 5}, false, {0.1, 0.2, 0.7}, 0.1},
+             {"differ", dspi_differ, {4, 7, 5}, false, {16, 12, -8}, 0.25},
+             {"differ at delta 0", dspi_differ, {1, 3}, false, {1e100, 2e100}, 0.0},
+             // 5 + 3x + 2x^2 + 7x^3 -> 3 + 4x + 21x^2
+             {"pdiffer", dspi_pdiffer, {5, 3, 2, 7}, false, {3, 4, 21}},
+             {"complex pdiffer", dspi_pdiffer, {1, 1, 2, -1, 3, 0.5}, true, {2, -1, 6, 1}},
+             {"pdiffer of a constant", dspi_pdiffer, {9}, false, {}},
+             {"offset", [](dsp *s) { return dspi_offset(s, 0.5); }, {1, -2, 3}, false, {1.5, -1.5, 3.5}},
+             {"complex offset", [](dsp *s) { return dspi_offset(s, -1); }, {1, -2, 3, 4}, true, {0, -2, 2, 4}},
+             {"scale", [](dsp *s) { return dspi_scale(s, -2.5); }, {0.4, -1.3, 2, 8}, true, {-1, 3.25, -5, -20}},
+             {"scale of nothing", [](dsp *s) { return dspi_scale(s, -2.5); }, {}, true, {}},
+         }) {
+        Record r(c.in, c.complex_flag, c.delta);
+        ASSERT_EQ(c.op(r.get()), 0) << c.what;
+        EXPECT_EQ(r.values(), c.out) << c.what;
+        EXPECT_EQ(r->delta, c.delta) << c.what;
     }
 }
 
 TEST(ReshapeSequence, LimitClipsToOrderedBounds)
 {
-    Record r({-10, -5, 0, 5, 10, kNaN});
-    int32_t clipped = 7;
-    ASSERT_EQ(dspi_limit(r.get(), 123, 5, -5, &clipped), 0);
-    EXPECT_EQ(r.values(), (std::vector<double>{-5, -5, 0, 5, 5, -5}));
-    EXPECT_EQ(clipped, 1);
-
-    // Values on the bounds are not clipped.
-    Record inside({-5, 0, 5});
-    ASSERT_EQ(dspi_limit(inside.get(), 0, -5, 5, &clipped), 0);
-    EXPECT_EQ(clipped, 0);
-    EXPECT_EQ(inside.values(), (std::vector<double>{-5, 0, 5}));
-
-    Record c({2, kNaN, -3, 0.5}, true);
-    ASSERT_EQ(dspi_limit(c.get(), 0, 1, -1, &clipped), 0);
-    EXPECT_EQ(c.values(), (std::vector<double>{1, -1, -1, 0.5}));
-    EXPECT_EQ(clipped, 1);
-
-    Record empty;
-    clipped = 7;
-    ASSERT_EQ(dspi_limit(empty.get(), 0, 0, 1, &clipped), 0);
-    EXPECT_EQ(clipped, 0);
+    struct Case {
+        std::vector<double> in;
+        bool complex_flag;
+        double a, b;
+        std::vector<double> out;
+        int32_t clipped;
+    };
+    // Values on the bounds are not clipped. A NaN bound is not reordered:
+    // nothing exceeds a NaN upper bound, and everything fails a NaN lower bound.
+    for (const Case &c : std::vector<Case>{
+             {{-10, -5, 0, 5, 10, kNaN}, false, 5, -5, {-5, -5, 0, 5, 5, -5}, 1},
+             {{-5, 0, 5}, false, -5, 5, {-5, 0, 5}, 0},
+             {{2, kNaN, -3, 0.5}, true, 1, -1, {1, -1, -1, 0.5}, 1},
+             {{}, false, 0, 1, {}, 0},
+             {{-1, 3}, false, 0, kNaN, {0, 3}, 1},
+             {{2}, false, kNaN, 5, {kNaN}, 1},
+         }) {
+        Record r(c.in, c.complex_flag);
+        int32_t clipped = 7;
+        ASSERT_EQ(dspi_limit(r.get(), 123, c.a, c.b, &clipped), 0);  // the second argument is unused
+        EXPECT_PRED2(dsp_test::same_values, r.values(), c.out);
+        EXPECT_EQ(clipped, c.clipped);
+    }
+    Record r({-1, 0.5, 2});
     ASSERT_EQ(dspi_limit(r.get(), 0, 0, 1, nullptr), 0);
-    EXPECT_EQ(r.values(), (std::vector<double>{0, 0, 0, 1, 1, 0}));
-
-    // A NaN bound is not reordered: nothing exceeds a NaN upper bound, and
-    // everything fails a NaN lower bound.
-    Record open_top({-1, 3});
-    ASSERT_EQ(dspi_limit(open_top.get(), 0, 0, kNaN, &clipped), 0);
-    EXPECT_EQ(open_top.values(), (std::vector<double>{0, 3}));
-    EXPECT_EQ(clipped, 1);
-    Record nan_floor({2});
-    ASSERT_EQ(dspi_limit(nan_floor.get(), 0, kNaN, 5, &clipped), 0);
-    EXPECT_TRUE(std::isnan(nan_floor->data[0]));
+    EXPECT_EQ(r.values(), (std::vector<double>{0, 0.5, 1}));
 }
 
 // The full spectrum of length `full` whose first half is `half`:

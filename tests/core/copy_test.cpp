@@ -25,13 +25,6 @@ V subvec(const V &src, int32_t start, int32_t count, bool cpx = false)
     EXPECT_EQ(s.values(), src);  // the source is never changed
     return d.values();
 }
-
-int32_t verdict_of(const Record &a, const Record &b, double tol)
-{
-    int32_t verdict = 42;
-    EXPECT_EQ(dsp_cmp(a.get(), b.get(), tol, &verdict), 0);
-    return verdict;
-}
 }  // namespace
 
 TEST(Copy, SubvecClampsStartAndCount)
@@ -58,10 +51,7 @@ TEST(Copy, SubvecWithinCallerAttachedStorageCopiesOut)
 {
     for (int32_t start : {0, 1}) {
         double attached[4] = {1, 2, 3, 4};
-        dsp s;
-        dsp_init(&s);
-        s.data = attached;
-        s.points = 4;
+        dsp s = dsp_test::attached_record(attached, 4);
         ASSERT_EQ(dspu_subvec(&s, &s, start, 3), 0);
         EXPECT_NE(s.data, attached);
         EXPECT_EQ(V(s.data, s.data + 3), (V{1.0 + start, 2.0 + start, 3.0 + start}));
@@ -94,65 +84,68 @@ TEST(Copy, RepeatedCopiesOfOneSizeAllocateOnce)
 
 TEST(Append, RealAndComplexCombinations)
 {
-    {
-        Record dst({1, 2}, false, 0.5), src({3, 4, 5}, false, 9.0);
+    struct Case {
+        V dst;
+        bool dst_complex;
+        V src;
+        bool src_complex;
+        V expected;
+    };
+    // The result is complex when either is; the destination keeps its spacing.
+    for (const Case &c : std::vector<Case>{{{1, 2}, false, {3, 4, 5}, false, {1, 2, 3, 4, 5}},
+                                           {{1, 2}, false, {3, -3}, true, {1, 0, 2, 0, 3, -3}},
+                                           {{1, -1}, true, {3, 4}, false, {1, -1, 3, 0, 4, 0}},
+                                           {{}, false, {5, 6}, false, {5, 6}}}) {
+        Record dst(c.dst, c.dst_complex, 0.5), src(c.src, c.src_complex, 9.0);
         ASSERT_EQ(dsp_append(dst.get(), src.get()), 0);
-        EXPECT_EQ(dst.values(), (V{1, 2, 3, 4, 5}));
-        EXPECT_EQ(dst->delta, 0.5);  // the destination keeps its spacing
-    }
-    {
-        Record dst({1, 2}), src({3, -3}, true);
-        ASSERT_EQ(dsp_append(dst.get(), src.get()), 0);
-        EXPECT_EQ(dst->complex, 1);
-        EXPECT_EQ(dst.values(), (V{1, 0, 2, 0, 3, -3}));
-    }
-    {
-        Record dst({1, -1}, true), src({3, 4});
-        ASSERT_EQ(dsp_append(dst.get(), src.get()), 0);
-        EXPECT_EQ(dst.values(), (V{1, -1, 3, 0, 4, 0}));
-    }
-    {
-        Record dst, src({5, 6});
-        ASSERT_EQ(dsp_append(dst.get(), src.get()), 0);
-        EXPECT_EQ(dst.values(), (V{5, 6}));
+        EXPECT_EQ(dst.values(), c.expected);
+        EXPECT_EQ(dst->complex, c.dst_complex || c.src_complex ? 1 : 0);
+        EXPECT_EQ(dst->delta, 0.5);
     }
 }
 
 TEST(Compare, DeltaFirstThenSamplesWithInclusiveTolerance)
 {
-    Record a({1, 2, 3}, false, 1.5), b({1, 2, 3}, false, 1.0);
-    EXPECT_EQ(verdict_of(a, b, 0.1), 1);
-    EXPECT_EQ(verdict_of(b, a, 0.1), -1);
-    EXPECT_EQ(verdict_of(a, b, 1.0), 0);
-    EXPECT_EQ(verdict_of(a, b, 0.5), 0);  // |difference| == tolerance counts as equal
-
-    Record c({1, 2, 3.25}), d({1, 2, 3});
-    EXPECT_EQ(verdict_of(c, d, 0.25), 0);
-    EXPECT_EQ(verdict_of(c, d, 0.125), 1);
-    EXPECT_EQ(verdict_of(d, c, 0.125), -1);
-
-    // The first deciding difference stops the comparison.
-    Record e({5, 0}), f({0, 9});
-    EXPECT_EQ(verdict_of(e, f, 0.0), 1);
-
-    Record g({1, kNaN}), h({1, 1});
-    EXPECT_EQ(verdict_of(g, h, 10.0), -1);  // a NaN difference is "below"
-    EXPECT_EQ(verdict_of(h, g, 10.0), -1);
-}
-
-TEST(Compare, MixedRealAndComplex)
-{
-    Record cpx({1, 0.5, 2, 0}, true), real({1, 2});
-    EXPECT_EQ(verdict_of(cpx, real, 0.25), 1);  // the first's imaginary part against 0
-    EXPECT_EQ(verdict_of(cpx, real, 0.5), 0);
-    EXPECT_EQ(verdict_of(real, cpx, 0.25), -1);  // the second's imaginary part is subtracted
-    Record negative({1, -0.5, 2, 0}, true);
-    EXPECT_EQ(verdict_of(real, negative, 0.25), 1);
-    Record nan_im({1, kNaN}, true), one({1});
-    EXPECT_EQ(verdict_of(one, nan_im, 1.0), 1);
-    EXPECT_EQ(verdict_of(nan_im, one, 1.0), -1);
-    Record both_a({1, 2, 3, 4}, true), both_b({1, 2, 3, 4.5}, true);
-    EXPECT_EQ(verdict_of(both_a, both_b, 0.1), -1);
+    struct Side {
+        V values;
+        bool complex_flag;
+        double delta;
+    };
+    struct Case {
+        Side a, b;
+        double tol;
+        int32_t verdict;
+    };
+    const auto side = [](V values, bool complex_flag = false, double delta = 1.0) {
+        return Side{std::move(values), complex_flag, delta};
+    };
+    const Side slow = side({1, 2, 3}, false, 1.5), fast = side({1, 2, 3}), real = side({1, 2});
+    for (const Case &c : std::vector<Case>{
+             {slow, fast, 0.1, 1},
+             {fast, slow, 0.1, -1},
+             {slow, fast, 1.0, 0},
+             {slow, fast, 0.5, 0},  // |difference| == tolerance counts as equal
+             {side({1, 2, 3.25}), fast, 0.25, 0},
+             {side({1, 2, 3.25}), fast, 0.125, 1},
+             {fast, side({1, 2, 3.25}), 0.125, -1},
+             {side({5, 0}), side({0, 9}), 0.0, 1},  // the first deciding difference stops
+             {side({1, kNaN}), side({1, 1}), 10.0, -1},  // a NaN difference is "below"
+             {side({1, 1}), side({1, kNaN}), 10.0, -1},
+             // Mixed kinds: the first's imaginary part is judged against 0; the
+             // second's stands on the subtracted side, so its verdict is mirrored.
+             {side({1, 0.5, 2, 0}, true), real, 0.25, 1},
+             {side({1, 0.5, 2, 0}, true), real, 0.5, 0},
+             {real, side({1, 0.5, 2, 0}, true), 0.25, -1},
+             {real, side({1, -0.5, 2, 0}, true), 0.25, 1},
+             {side({1}), side({1, kNaN}, true), 1.0, 1},
+             {side({1, kNaN}, true), side({1}), 1.0, -1},
+             {side({1, 2, 3, 4}, true), side({1, 2, 3, 4.5}, true), 0.1, -1},
+         }) {
+        Record a(c.a.values, c.a.complex_flag, c.a.delta), b(c.b.values, c.b.complex_flag, c.b.delta);
+        int32_t verdict = 42;
+        EXPECT_EQ(dsp_cmp(a.get(), b.get(), c.tol, &verdict), 0);
+        EXPECT_EQ(verdict, c.verdict) << "tolerance " << c.tol << ", first " << c.a.values[0];
+    }
 }
 
 TEST(Compare, DifferentLengthsAreNotCompared)
@@ -163,20 +156,8 @@ TEST(Compare, DifferentLengthsAreNotCompared)
     EXPECT_EQ(verdict, 42);
 }
 
-TEST(BinaryShape, LengthsDeltaAndComplexFlag)
-{
-    Record a({1, 2}, false, 1.0), b({3, 4, 5}), r({7});
-    EXPECT_EQ(dsp_binary_shape(a.get(), b.get(), r.get()), -1);
-    EXPECT_EQ(r.values(), V{7});
-
-    Record c({1, 1, 2, 2}, true, 3.0);
-    ASSERT_EQ(dsp_binary_shape(a.get(), c.get(), r.get()), 0);
-    EXPECT_EQ(r->delta, 2.0);
-    EXPECT_EQ(r->complex, 1);
-    EXPECT_EQ(r->points, 2);
-    EXPECT_GE(r->allocated, 4);
-}
-
+// Lengths, delta and complex flag of the shape rule are checked through every
+// two-operand member in the binary arithmetic tests.
 TEST(BinaryShape, ResultSharingAnInputKeepsItsValues)
 {
     Record a({1, 2, 3}), c({0, 1, 0, 1, 0, 1}, true);
@@ -188,10 +169,7 @@ TEST(BinaryShape, ResultSharingAnInputKeepsItsValues)
     // Caller-attached storage is copied with the result's old (real) size:
     // the sanitizers report any read past these three values.
     double attached[3] = {4, 5, 6};
-    dsp s;
-    dsp_init(&s);
-    s.data = attached;
-    s.points = 3;
+    dsp s = dsp_test::attached_record(attached, 3);
     ASSERT_EQ(dsp_binary_shape(&s, c.get(), &s), 0);
     EXPECT_EQ(V(s.data, s.data + 3), (V{4, 5, 6}));
     dsp_destroy(&s);

@@ -7,46 +7,47 @@
 #include <cmath>
 #include <cstdlib>
 #include <limits>
+#include <vector>
 
 using namespace dsp_core;
 
-TEST(TolerantRounding, ForgivesTwentyUlpUnitsAndNoMore)
-{
-    const double three_up = std::nextafter(3.0, 4.0);     // 3 + 2 ulp-units of 2^-52 relative
-    const double three_down = std::nextafter(3.0, 2.0);
-    EXPECT_EQ(tolerant_ceil(three_up), 3);
-    EXPECT_EQ(tolerant_floor(three_down), 3);
-    EXPECT_EQ(tolerant_ceil(3.0 * (1 + 19 * 0x1p-52)), 3);
-    EXPECT_EQ(tolerant_ceil(3.0 * (1 + 24 * 0x1p-52)), 4);
-    EXPECT_EQ(tolerant_floor(3.0 * (1 - 19 * 0x1p-52)), 3);
-    EXPECT_EQ(tolerant_floor(3.0 * (1 - 24 * 0x1p-52)), 2);
-    EXPECT_EQ(tolerant_ceil(3.001), 4);
-    EXPECT_EQ(tolerant_floor(2.999), 2);
-    EXPECT_EQ(tolerant_ceil(3.0), 3);
-    EXPECT_EQ(tolerant_floor(3.0), 3);
-}
-
-TEST(TolerantRounding, SmallValuesUseAnAbsoluteSlack)
-{
-    EXPECT_EQ(tolerant_ceil(0.0), 0);
-    EXPECT_EQ(tolerant_ceil(4.0e-15), 0);
-    EXPECT_EQ(tolerant_ceil(5.0e-15), 1);
-    EXPECT_EQ(tolerant_ceil(0.5), 1);
-    EXPECT_EQ(tolerant_floor(1.0 - 4.0e-15), 1);
-    EXPECT_EQ(tolerant_floor(0.25), 0);
-}
-
-TEST(TolerantRounding, SaturationNegativesAndNaN)
+TEST(TolerantRounding, SlackBoundariesSaturationAndNaN)
 {
     const double nan = std::numeric_limits<double>::quiet_NaN();
-    EXPECT_EQ(tolerant_ceil(-0.5), 0);
-    EXPECT_EQ(tolerant_floor(-7.0), 0);
-    EXPECT_EQ(tolerant_ceil(nan), 0);
-    EXPECT_EQ(tolerant_floor(nan), 0);
-    EXPECT_EQ(tolerant_ceil(2147483647.5), 0x7fffffff);
-    EXPECT_EQ(tolerant_floor(1e300), 0x7fffffff);
-    EXPECT_EQ(tolerant_ceil(2147483646.5), 2147483647);
-    EXPECT_EQ(tolerant_floor(2147483647.0), 2147483647);
+    const double eps = 0x1p-52;
+    struct Case {
+        double x;
+        int32_t ceil, floor;
+    };
+    for (const Case &c : std::vector<Case>{
+             // A relative slack of about twenty units of 2^-52, and no more.
+             {std::nextafter(3.0, 4.0), 3, 3},
+             {std::nextafter(3.0, 2.0), 3, 3},
+             {3.0 * (1 + 19 * eps), 3, 3},
+             {3.0 * (1 + 24 * eps), 4, 3},
+             {3.0 * (1 - 19 * eps), 3, 3},
+             {3.0 * (1 - 24 * eps), 3, 2},
+             {3.001, 4, 3},
+             {2.999, 3, 2},
+             {3.0, 3, 3},
+             // Small values use an absolute slack.
+             {0.0, 0, 0},
+             {4.0e-15, 0, 0},
+             {5.0e-15, 1, 0},
+             {0.25, 1, 0},
+             {1.0 - 4.0e-15, 1, 1},
+             // Negatives and NaN give 0; large values saturate.
+             {-0.5, 0, 0},
+             {-7.0, 0, 0},
+             {nan, 0, 0},
+             {2147483646.5, 2147483647, 2147483646},
+             {2147483647.0, 2147483647, 2147483647},
+             {2147483647.5, 2147483647, 2147483647},
+             {1e300, 2147483647, 2147483647},
+         }) {
+        EXPECT_EQ(tolerant_ceil(c.x), c.ceil) << c.x;
+        EXPECT_EQ(tolerant_floor(c.x), c.floor) << c.x;
+    }
 }
 
 TEST(TolerantEquality, RatioWindowAndZeroBand)

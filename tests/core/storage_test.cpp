@@ -49,20 +49,20 @@ TEST(RecordLifeCycle, InitAndDestroyResetEveryField)
     s.points = 9;
     s.complex = 1;
     s.reserved = 77;
+    const auto expect_reset = [&s] {
+        EXPECT_EQ(s.delta, 1.0);
+        EXPECT_EQ(s.data, nullptr);
+        EXPECT_EQ(s.allocated + s.points + s.complex + s.reserved, 0);
+    };
     EXPECT_EQ(dsp_init(&s), 0);
-    EXPECT_EQ(s.delta, 1.0);
-    EXPECT_EQ(s.data, nullptr);
-    EXPECT_EQ(s.allocated + s.points + s.complex + s.reserved, 0);
-
+    expect_reset();
     s.points = 3;
     s.complex = 1;
     s.delta = 0.25;
     s.reserved = 5;
     ASSERT_EQ(dsp_alloc(&s), 0);
     EXPECT_EQ(dsp_destroy(&s), 0);
-    EXPECT_EQ(s.delta, 1.0);
-    EXPECT_EQ(s.data, nullptr);
-    EXPECT_EQ(s.allocated + s.points + s.complex + s.reserved, 0);
+    expect_reset();
     EXPECT_EQ(dsp_destroy(&s), 0);  // destroying an empty record is harmless
 }
 
@@ -98,10 +98,7 @@ TEST(RecordStorage, CallerAttachedStorageIsNeverFreed)
 {
     // Stack arrays: freeing either would be reported by the sanitizers.
     double attached[4] = {1, 2, 3, 4};
-    dsp s;
-    dsp_init(&s);
-    s.data = attached;
-    s.points = 4;
+    dsp s = dsp_test::attached_record(attached, 4);
     EXPECT_EQ(dsp_destroy(&s), 0);
     EXPECT_EQ(attached[3], 4.0);
 
@@ -115,17 +112,13 @@ TEST(RecordStorage, CallerAttachedStorageIsNeverFreed)
 
     // dsp_realloc copies at most old points (doubled when old complex).
     double pairs[6] = {1, -1, 2, -2, 3, -3};
-    s.data = pairs;
-    s.points = 2;
-    s.complex = 1;
+    s = dsp_test::attached_record(pairs, 2, 1);
     ASSERT_EQ(dsp_realloc(&s, 3, 1), 0);  // needs 4 doubles: only 4 of the 6 are copied
     EXPECT_NE(s.data, pairs);
     EXPECT_EQ(std::vector<double>(s.data, s.data + 4), (std::vector<double>{1, -1, 2, -2}));
     dsp_destroy(&s);
 
-    s.data = pairs;
-    s.points = 5;
-    s.complex = 0;
+    s = dsp_test::attached_record(pairs, 5);
     ASSERT_EQ(dsp_realloc(&s, 1, 1), 0);  // one complex point: 2 doubles kept
     EXPECT_EQ(s.data[0], 1.0);
     EXPECT_EQ(s.data[1], -1.0);
@@ -138,10 +131,7 @@ TEST(RecordStorage, ReallocHookSeesDetachedCallerStorage)
     dsp_realloc_hook_t previous = nullptr;
     dsp_lib_realloc(spy_realloc, &previous);
     double attached[3] = {7, 8, 9};
-    dsp s;
-    dsp_init(&s);
-    s.data = attached;
-    s.points = 5;
+    dsp s = dsp_test::attached_record(attached, 5);
     EXPECT_EQ(dsp_realloc(&s, 3, 0), 0);
     EXPECT_EQ(seen.data, nullptr);  // detached before the hook runs
     EXPECT_EQ(seen.old_points, 3);
@@ -188,9 +178,7 @@ TEST(RecordStorage, FailedGrowthLeavesNoStorageButKeepsShape)
     EXPECT_EQ(dsp_alloc(s.get()), -1);
     EXPECT_EQ(s->data, nullptr);
     EXPECT_EQ(s->allocated, 0);
-    EXPECT_EQ(s->points, 10);
-    EXPECT_EQ(s->complex, 1);
-    EXPECT_EQ(s->delta, 0.5);
+    EXPECT_TRUE(s->points == 10 && s->complex == 1 && s->delta == 0.5);
 
     hooks.never_fail();
     s->points = 3;
@@ -206,17 +194,14 @@ TEST(RecordStorage, FailedGrowthLeavesNoStorageButKeepsShape)
 
 TEST(RecordStorage, ShapesBeyondTheCapacityFieldFail)
 {
-    Record s({1});
-    s->points = INT32_MAX;
-    s->complex = 1;  // 2^32 - 2 doubles do not fit the int32 capacity
-    EXPECT_EQ(dsp_alloc(s.get()), -1);
-    EXPECT_EQ(s->data, nullptr);
-    EXPECT_EQ(s->allocated, 0);
-    Record t({1});
-    t->points = INT32_MAX;
-    t->complex = 1;
-    EXPECT_EQ(dsp_realloc(t.get(), 1, 0), -1);
-    EXPECT_EQ(t->allocated, 0);
+    for (bool keep : {false, true}) {
+        Record s({1});
+        s->points = INT32_MAX;
+        s->complex = 1;  // 2^32 - 2 doubles do not fit the int32 capacity
+        EXPECT_EQ(keep ? dsp_realloc(s.get(), 1, 0) : dsp_alloc(s.get()), -1);
+        EXPECT_EQ(s->data, nullptr);
+        EXPECT_EQ(s->allocated, 0);
+    }
 }
 
 TEST(Library, HousekeepingCalls)

@@ -4,6 +4,7 @@
 
 #include "libdsp.h"
 
+#include <cmath>
 #include <cstddef>
 #include <new>
 #include <vector>
@@ -48,5 +49,27 @@ public:
 private:
     dsp r_;
 };
+
+// A record on caller-attached storage (allocated 0): the library may read it
+// but must never write, grow in place or free it.
+inline dsp attached_record(double *data, int32_t points, int32_t complex_flag = 0)
+{
+    dsp s;
+    dsp_init(&s);
+    s.data = data;
+    s.points = points;
+    s.complex = complex_flag;
+    return s;
+}
+
+// Exact equality of two value lists, a NaN matching only a NaN; use with
+// EXPECT_PRED2 so that both lists are printed on failure.
+inline bool same_values(const std::vector<double> &got, const std::vector<double> &want)
+{
+    if (got.size() != want.size()) return false;
+    for (std::size_t i = 0; i < got.size(); ++i)
+        if (!(got[i] == want[i] || (std::isnan(got[i]) && std::isnan(want[i])))) return false;
+    return true;
+}
 
 }  // namespace dsp_test
