@@ -20,13 +20,7 @@
 
 #include <stdint.h>
 
-#ifndef DSP_API
-#if defined(__GNUC__)
-#define DSP_API __attribute__((visibility("default")))
-#else
-#define DSP_API
-#endif
-#endif
+#include "libdsp_api.h"
 
 #ifdef __cplusplus
 extern "C" {
